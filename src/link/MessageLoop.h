@@ -1,0 +1,18 @@
+#pragma once
+
+namespace tessmar {
+
+/// The user-interface message loop, as the few places that wait see it.
+class MessageLoop {
+ public:
+  virtual ~MessageLoop() = default;
+
+  /// Runs the message loop once: handles what is there, or else sleeps until something comes (bytes
+  /// on the port, a timer's tick, a click) and handles that. Timers and clicks run inside.
+  virtual void RunOnce() = 0;
+
+  /// True once the program is ending; every wait ends then.
+  virtual bool Ending() const = 0;
+};
+
+}  // namespace tessmar
