@@ -8,8 +8,11 @@
 
 namespace tessmar {
 
-/// The user's locale as the program sees it: language number, clock form, short date and time texts,
-/// and what counts as a number. A value, made once at start-up and passed by reference.
+/// The user's locale as the program sees it: language number, clock form, short date and time
+/// texts, and what counts as a number. A value, made once at start-up and passed by reference.
+///
+/// A system without a locale of its own (C, POSIX, C.UTF-8) is taken as US English: language 9,
+/// M/d/yyyy, 12-hour clock. Date and time follow LC_TIME, numbers LC_NUMERIC, as the system says.
 class SystemLocale {
  public:
   explicit SystemLocale(const QLocale& locale = QLocale::system());
@@ -39,5 +42,10 @@ class SystemLocale {
   QString shortDateFormat_;
   bool uses24HourClock_ = false;
 };
+
+/// The calendar date of numbers that nobody has checked: a day or month that the calendar does not
+/// have is carried over. Day 0 is the last day of the month before, 31 February is 3 March (2 March
+/// in a leap year), month 13 is January of the next year.
+QDate CarriedDate(int year, int month, int day);
 
 }  // namespace tessmar
