@@ -1,0 +1,112 @@
+#include "app/MainActions.h"
+
+#include <utility>
+
+#include "ui/TextTable.h"
+
+namespace tessmar {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+const auto kSamplingBox = u"chkSampleContinuously"_s;
+
+}  // namespace
+
+MainActions::MainActions(const LiveLogger& logger, Session& session, PollLoop& pollLoop,
+                         MainScreen& screen, Messages& messages, MessageLoop& loop,
+                         MainActionScreens screens)
+    : logger_(logger),
+      link_(logger.Link),
+      session_(session),
+      pollLoop_(pollLoop),
+      screen_(screen),
+      messages_(messages),
+      loop_(loop),
+      screens_(std::move(screens)) {}
+
+void MainActions::Connect() {
+  session_.Connect();
+}
+
+void MainActions::ConnectEntry() {
+  if (!link_.Connected) session_.Connect();
+}
+
+void MainActions::DisconnectEntry() {
+  if (link_.Connected) session_.Connect();
+}
+
+void MainActions::SampleContinuouslyClicked() {
+  if (screen_.IsChecked(kSamplingBox) && !link_.Connected) screen_.SetChecked(kSamplingBox, false);
+}
+
+void MainActions::SampleContinuouslyEntry() {
+  if (link_.Connected) screen_.SetChecked(kSamplingBox, !screen_.IsChecked(kSamplingBox));
+}
+
+void MainActions::GetSample() {
+  pollLoop_.GetSample();
+}
+
+void MainActions::GetHistory() {
+  if (MayStartOperation(link_)) screens_.GetHistory();
+}
+
+void MainActions::ClearHistory() {
+  if (!MayStartOperation(link_)) return;
+  const BusyScope busy(link_);
+  const int answer = messages_.MsgBox(GetText(TextId::AskClearHistory), kYesNo | kQuestion,
+                                      GetText(TextId::ClearHistoryTitle));
+  if (answer != kYes || loop_.Ending()) return;
+  logger_.Commands.ClearHistory();
+  ReadStatusAndClock();
+}
+
+void MainActions::SynchronizeTime() {
+  const int answer = messages_.MsgBox(GetText(TextId::AskSyncTime), kYesNo | kInformation,
+                                      GetText(TextId::SynchronizeTimeTitle));
+  if (answer != kYes || loop_.Ending()) return;
+  if (!MayStartOperation(link_)) return;
+  const BusyScope busy(link_);
+  const WaitCursorScope waiting(screen_);
+  logger_.Commands.SetLoggerTime(logger_.Commands.ClockText());
+  ReadStatusAndClock();
+}
+
+void MainActions::ReadStatusAndClock() {
+  logger_.Commands.GetLoggerStatus();
+  link_.LoggerTimeText = logger_.Commands.GetLoggerTime();
+}
+
+void MainActions::Setup() {
+  if (!MayStartOperation(link_)) return;
+  const BusyScope busy(link_);
+  logger_.Configuration.RefreshFromLogger();
+  if (loop_.Ending()) return;
+  screens_.ShowSetup();
+  if (loop_.Ending()) return;
+  // The setup screen has handled Busy by itself. What was not programmed does not survive it.
+  link_.Busy = true;
+  const WaitCursorScope waiting(screen_);
+  logger_.Configuration.RefreshFromLogger();
+}
+
+void MainActions::ResetPulseAccumulators() {
+  if (!MayStartOperation(link_)) return;
+  const BusyScope busy(link_);
+  logger_.Commands.ResetPulseAccumulators();
+  logger_.Display.ZeroPulseValues();
+}
+
+void MainActions::LoadLoggerImageFile() {
+  screens_.LoadLoggerImageFile();
+}
+
+void MainActions::FirmwareVersion() {
+  messages_.MsgBox(
+      GetText(TextId::LoggerFirmwareVersion) + u" = "_s + QString::number(link_.FirmwareVersion),
+      kOkOnly, GetText(TextId::FirmwareVersion));
+}
+
+}  // namespace tessmar

@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QLocale>
+#include <QString>
+#include <cstdint>
+
+#include "link/ConnectionSettings.h"
+#include "settings/RecentFiles.h"
+
+namespace tessmar {
+
+/// The per-user store of what is kept between runs: an INI file with one section, [Configuration].
+///
+/// All values are texts. A key that is missing gives its default; a store that is missing gives
+/// them all. Settings changed during a run live in memory until Save.
+class PersistedSettings {
+ public:
+  /// The user's own store, "Tessmar/Tessmar Logger.ini" in the folder for configuration files.
+  static QString DefaultPath();
+
+  /// @param path    the INI file; neither it nor its folder needs to exist.
+  /// @param locale  says what counts as a number.
+  PersistedSettings(const QString& path, const QLocale& locale);
+
+  /// The language number, or systemLanguage when none is stored. It is never written.
+  /// Throws ConversionFault, with a text fit for the operator, when the value is not a number of
+  /// 16 bits.
+  std::int16_t Language(std::int16_t systemLanguage) const;
+
+  /// Reads everything else. The phone number offered first is the latest one dialled.
+  /// @param csvDateTimeSingleColumn  empty for date and time in separate CSV columns.
+  /// Throws ConversionFault, with a text fit for the operator, when UseModemInit is not a number.
+  void Load(ConnectionSettings& connection, RecentFiles& files,
+            QString& csvDateTimeSingleColumn) const;
+
+  /// Writes what Load reads. @return false when the store could not be written.
+  bool Save(const ConnectionSettings& connection, const RecentFiles& files,
+            const QString& csvDateTimeSingleColumn) const;
+
+ private:
+  QString path_;
+  QLocale locale_;
+};
+
+}  // namespace tessmar

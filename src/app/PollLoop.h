@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QString>
+
+#include "app/ConnectionWords.h"
+#include "app/LiveLogger.h"
+#include "link/MessageLoop.h"
+#include "ui/MainScreen.h"
+
+namespace tessmar {
+
+inline constexpr Rgb kConnectedColour{0, 128, 0};
+inline constexpr Rgb kDisconnectedColour{192, 0, 0};
+
+/// The work of the main window's two timers, and the Get Sample action, which waits for it.
+///
+/// Both timers fire every 100 ms, in the one thread's message loop. A tick that arrives while
+/// another of the same timer is in progress is dropped. After the program has begun to end a tick
+/// does nothing.
+///
+/// Faults inside a tick end it; with TrapErrors off they leave it, and Busy is cleared first.
+class PollLoop {
+ public:
+  /// @param words  of the connection; filled before the timers start.
+  PollLoop(const LiveLogger& logger, MainScreen& screen, MessageLoop& loop,
+           const ConnectionWords& words);
+
+  /// While the meters are under construction, which they are at first, they are not painted.
+  void SetUnderConstruction(bool underConstruction) { underConstruction_ = underConstruction; }
+
+  /// Counts time for all waits, moves the state into labels and controls, paints the meters.
+  void Timer1Tick();
+
+  /// Runs one step of the sampling cycle while sampling is wanted.
+  void Timer2Tick();
+
+  /// The Get Sample action: reads configuration, status and clock, and waits up to 25 Timer2 ticks
+  /// for a fresh sample. Does nothing, silently, unless an operation may start.
+  void GetSample();
+
+ private:
+  void ShowState();
+  void ShowText(const QString& control, const QString& text);
+  void SwitchSampling();
+  void SetControls();
+  void DisableWhileSampling();
+  void RunSamplingStep();
+  void RequestSample();
+
+  LiveLogger logger_;
+  LinkState& link_;
+  MainScreen& screen_;
+  MessageLoop& loop_;
+  const ConnectionWords& words_;
+  bool underConstruction_ = true;
+  bool inTimer1_ = false;
+  bool inTimer2_ = false;
+};
+
+}  // namespace tessmar
