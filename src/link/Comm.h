@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -28,8 +29,8 @@ std::uint16_t Crc16(std::span<const std::uint8_t> buffer, int first, int last);
 /// Frames, single bytes and waits on the one serial port.
 ///
 /// Every operation that waits runs the message loop; the caller holds LinkState::Busy. Waits end by
-/// time, by bytes, by the port closing and by the program ending. Results are false or -1 on failure,
-/// and nothing is shown.
+/// time, by bytes, by the port closing and by the program ending. Results are false or -1 on
+/// failure, and nothing is shown.
 class Comm {
  public:
   Comm(SerialPort& port, MessageLoop& loop, LinkState& link);
@@ -78,7 +79,9 @@ class Comm {
  private:
   bool SendFrameOnce(std::span<const std::uint8_t> frame);
   bool ReceiveFrameBody(std::span<std::uint8_t> payload);
-  std::uint8_t NextByte();
+  std::optional<std::uint8_t> NextByte();
+  std::optional<std::uint8_t> NextUnescapedByte();
+  void RequireOpen() const;
 
   SerialPort& port_;
   MessageLoop& loop_;

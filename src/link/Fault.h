@@ -43,8 +43,8 @@ class FileFault : public Fault {
 ///
 /// @param failure  the value to give for a fault: false, empty or zero unless stated.
 template <typename Operation, typename Result = std::invoke_result_t<Operation>>
-  requires(!std::is_void_v<Result>)
-Result Trapped(const LinkState& link, Operation&& operation, Result failure = Result{}) {
+requires(!std::is_void_v<Result>) Result
+    Trapped(const LinkState& link, Operation&& operation, Result failure = Result{}) {
   if (!link.TrapErrors) return std::forward<Operation>(operation)();
   try {
     return std::forward<Operation>(operation)();
@@ -55,7 +55,7 @@ Result Trapped(const LinkState& link, Operation&& operation, Result failure = Re
 
 /// The same for an operation without a result: a trapped fault just ends it.
 template <typename Operation>
-  requires std::is_void_v<std::invoke_result_t<Operation>>
+requires std::is_void_v<std::invoke_result_t<Operation>>
 void Trapped(const LinkState& link, Operation&& operation) {
   if (!link.TrapErrors) {
     std::forward<Operation>(operation)();

@@ -7,13 +7,13 @@ namespace tessmar {
 
 /// The one record of the connection and of what the main window shows about it.
 ///
-/// There is one in the process, made in Program and handed by reference. It starts zeroed; start-up,
-/// the connect action and the version reply fill it. Tick counts are in ticks of 100 ms.
+/// There is one in the process, made in Program and handed by reference. It starts zeroed;
+/// start-up, the connect action and the version reply fill it. Tick counts are in ticks of 100 ms.
 struct LinkState {
-  bool Connected = false;           ///< A session exists.
-  bool DisplayedConnected = false;  ///< Connected as the controls last showed it.
-  bool Busy = false;                ///< A logger operation holds the link.
-  bool SampleContinuously = false;  ///< Continuous sampling runs.
+  bool Connected = false;              ///< A session exists.
+  bool DisplayedConnected = false;     ///< Connected as the controls last showed it.
+  bool Busy = false;                   ///< A logger operation holds the link.
+  bool SampleContinuously = false;     ///< Continuous sampling runs.
   bool SingleSampleRequested = false;  ///< The Get Sample action waits for one sample.
 
   std::int16_t SampleStep = 0;         ///< Place in the sampling cycle, 0 to 13.

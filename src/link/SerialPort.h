@@ -11,14 +11,15 @@ enum class Handshaking { None, RtsCts };
 
 /// The platform's serial service, as far as the link needs it. 8 data bits, no parity, 1 stop bit.
 ///
-/// Reading and writing never block. Operations on a closed port throw PortFault; a port whose device
-/// has gone away closes itself.
+/// Reading and writing never block. Operations on a closed port throw PortFault; a port whose
+/// device has gone away closes itself.
 class SerialPort {
  public:
   virtual ~SerialPort() = default;
 
   /// Opens port COM<number> with a settings text such as "38400,N,8,1".
-  /// Throws PortFault when it cannot be opened, ConversionFault for a settings text without a speed.
+  /// Throws PortFault when it cannot be opened, ConversionFault for a settings text without a
+  /// speed.
   virtual void Open(std::int16_t number, const QString& settings) = 0;
   /// Closes the port; quiet if it is not open.
   virtual void Close() = 0;
