@@ -58,8 +58,8 @@ QString BcdToText(std::uint8_t byte);
 
 /// The logger's commands, one operation each.
 ///
-/// The caller holds LinkState::Busy. No operation shows a message; false (or the stated value) means
-/// that the logger did not answer as it should, and LinkState is left as it was.
+/// The caller holds LinkState::Busy. No operation shows a message; false (or the stated value)
+/// means that the logger did not answer as it should, and LinkState is left as it was.
 class LoggerCommands {
  public:
   LoggerCommands(Comm& comm, LinkState& link, const Clock& clock, const SystemLocale& locale);
@@ -102,13 +102,14 @@ class LoggerCommands {
   /// Asks for the sample of the last measurement.
   SampleAnswer GetSample(std::array<std::uint8_t, kSampleReplySize>& reply);
 
-  /// Asks for a block of stored records. @return true when a good reply filled the buffer: its first
-  /// byte is the number of records, the records follow.
+  /// Asks for a block of stored records. @return true when a good reply filled the buffer: its
+  /// first byte is the number of records, the records follow.
   bool GetHistoryBlock(HistoryBlock which, std::array<std::uint8_t, kHistoryReplySize>& reply);
 
  private:
   bool Send(std::span<const std::uint8_t> payload, int retries);
   bool SendForDone(std::span<const std::uint8_t> payload, std::int16_t ticks);
+  bool ExchangeLetter(std::uint8_t letter, std::uint8_t answer);
 
   Comm& comm_;
   LinkState& link_;
