@@ -13,9 +13,9 @@ inline constexpr int kAlarms = 2;
 /// Set-up of one analog channel. Scaling is linear through (RawScaleLower, LowerLimit) and
 /// (RawScaleUpper, UpperLimit).
 struct AnalogChannelSettings {
-  std::uint8_t Enable = 0;  ///< 1: displayed and stored in history.
-  QString EngUnits;         ///< Up to 9 characters in the logger.
-  std::uint8_t DecPlaces = 0;  ///< 0 to 6 on the screen.
+  std::uint8_t Enable = 0;         ///< 1: displayed and stored in history.
+  QString EngUnits;                ///< Up to 9 characters in the logger.
+  std::uint8_t DecPlaces = 0;      ///< 0 to 6 on the screen.
   std::int32_t RawScaleLower = 0;  ///< Raw count, 0 to 65535.
   std::int32_t RawScaleUpper = 0;
   double LowerLimit = 0;  ///< Engineering units, -999999 to 999999.

@@ -6,9 +6,12 @@
 
 namespace tessmar {
 
-/// The longest numeric prefix of a text: blanks skipped, a sign, digits, a point as the only decimal
-/// separator whatever the locale. 0 when there is none. A prefix too large for a double throws
-/// ConversionFault.
+/// The number that a text begins with, as far as it reaches; 0 when there is none.
+///
+/// Blanks, tabs and line ends are skipped wherever they stand. A number is an optional sign, digits
+/// with at most one point among or beside them, and an optional exponent of "e" or "E", an optional
+/// sign and digits. The point is the only decimal separator, whatever the locale. A number too
+/// large for a double throws ConversionFault, one too small is 0.
 double ParseLeadingNumber(const QString& text);
 
 /// True when the whole text is a number by the locale's conventions: blanks at the ends, one sign,
