@@ -1,0 +1,94 @@
+#include "measure/Scaling.h"
+
+#include <algorithm>
+#include <array>
+#include <charconv>
+#include <cmath>
+#include <limits>
+#include <string_view>
+
+namespace tessmar {
+namespace {
+
+constexpr int kMostDecimals = 6;
+constexpr std::array<double, kMostDecimals + 1> kPowersOfTen{1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6};
+constexpr std::array<std::uint64_t, kMostDecimals + 1> kUnits{1,     10,     100,    1000,
+                                                              10000, 100000, 1000000};
+// Below this a scaled value keeps enough fraction bits to tell a half from its neighbours.
+constexpr double kFastLimit = 1e15;
+constexpr double kClosestLimits = 0.0001;
+constexpr std::string_view kNotANumber = "---";
+
+// Writes whole and fraction of a number of units of 10^-decimals.
+int WriteUnits(char* out, std::uint64_t units, int decimals) {
+  const std::uint64_t unit = kUnits[static_cast<std::size_t>(decimals)];
+  char* end = std::to_chars(out, out + kFormattedValueSize, units / unit).ptr;
+  if (decimals == 0) return static_cast<int>(end - out);
+  *end = '.';
+  std::uint64_t fraction = units % unit;
+  for (int i = decimals; i > 0; --i) {
+    end[i] = static_cast<char>('0' + fraction % 10);
+    fraction /= 10;
+  }
+  return static_cast<int>(end - out) + 1 + decimals;
+}
+
+// The same for any magnitude: rounds the exact value of the double, half to even.
+int WriteExactly(char* out, double magnitude, int decimals) {
+  const std::to_chars_result result =
+      std::to_chars(out, out + kFormattedValueSize, magnitude, std::chars_format::fixed, decimals);
+  return static_cast<int>(result.ptr - out);
+}
+
+int WriteMagnitude(char* out, double magnitude, int decimals) {
+  const double scaled = magnitude * kPowersOfTen[static_cast<std::size_t>(decimals)];
+  if (scaled < kFastLimit) {
+    const auto below = static_cast<std::uint64_t>(scaled);
+    const double fraction = scaled - static_cast<double>(below);
+    // The product is off by at most half a unit in its last place; farther from the half than that,
+    // the exact product lies on the same side.
+    if (std::abs(fraction - 0.5) > scaled * std::numeric_limits<double>::epsilon())
+      return WriteUnits(out, below + (fraction > 0.5 ? 1 : 0), decimals);
+  }
+  return WriteExactly(out, magnitude, decimals);
+}
+
+bool ShowsZero(const char* text, int length) {
+  return std::all_of(text, text + length, [](char c) { return c == '0' || c == '.'; });
+}
+
+}  // namespace
+
+double ScaleRaw(const AnalogChannelSettings& channel, std::int32_t raw) {
+  const double span = channel.UpperLimit - channel.LowerLimit;
+  if (std::abs(span) < kClosestLimits) return channel.UpperLimit;
+  if (channel.RawScaleLower == channel.RawScaleUpper) return channel.LowerLimit;
+  const std::int64_t lower = channel.RawScaleLower;
+  const double fraction =
+      static_cast<double>(raw - lower) / static_cast<double>(channel.RawScaleUpper - lower);
+  return span * fraction + channel.LowerLimit;
+}
+
+int FormatValueTo(char* out, double value, int decimals) {
+  if (!std::isfinite(value)) {
+    std::copy(kNotANumber.begin(), kNotANumber.end(), out);
+    return static_cast<int>(kNotANumber.size());
+  }
+  const int places = std::clamp(decimals, 0, kMostDecimals);
+  if (!std::signbit(value)) return WriteMagnitude(out, value, places);
+  const int length = WriteMagnitude(out + 1, -value, places);
+  if (ShowsZero(out + 1, length)) {
+    std::copy(out + 1, out + 1 + length, out);
+    return length;
+  }
+  *out = '-';
+  return length + 1;
+}
+
+QString FormatValue(double value, int decimals) {
+  std::array<char, kFormattedValueSize> text;
+  const int length = FormatValueTo(text.data(), value, decimals);
+  return QString::fromLatin1(text.data(), length);
+}
+
+}  // namespace tessmar
