@@ -101,11 +101,17 @@ void Comm::ClosePort() {
 }
 
 void Comm::WaitForBytes(std::int16_t ticks, int count) {
+  const auto isOver = [&] {
+    return (count != 0 && port_.InputCount() >= count) || !port_.IsOpen() || loop_.Ending();
+  };
   link_.WaitTicks = ticks;
+  if (isOver()) {
+    loop_.RunPending();
+    return;
+  }
   do {
     loop_.RunOnce();
-  } while (link_.WaitTicks >= 1 && (count == 0 || port_.InputCount() < count) && port_.IsOpen() &&
-           !loop_.Ending());
+  } while (link_.WaitTicks >= 1 && !isOver());
 }
 
 int Comm::ReadByte(std::int16_t ticks) {

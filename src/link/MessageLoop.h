@@ -11,6 +11,10 @@ class MessageLoop {
   /// on the port, a timer's tick, a click) and handles that. Timers and clicks run inside.
   virtual void RunOnce() = 0;
 
+  /// Handles what is there without sleeping: for a wait that has nothing to wait for, such as the
+  /// second half of a reply that came in one piece.
+  virtual void RunPending() = 0;
+
   /// True once the program is ending; every wait ends then.
   virtual bool Ending() const = 0;
 };

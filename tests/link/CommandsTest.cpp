@@ -459,7 +459,7 @@ TEST(LoggerCommands, FailOnAClosedPort) {
   EXPECT_EQ(bench.Commands.GetSample(sample), SampleAnswer::NotSent);
   EXPECT_EQ(bench.Commands.GetLoggerTime(), QStringLiteral("00/00/00 00:00:00"));
   bench.Commands.StartMeasurement();
-  EXPECT_LE(bench.Loop.NowMs(), 1000);
+  EXPECT_EQ(bench.Loop.NowMs(), 0);
 }
 
 }  // namespace

@@ -21,17 +21,19 @@ class FakeMessageLoop final : public MessageLoop {
   void RunOnce() override {
     if (++runs_ > kMostRuns) throw std::runtime_error("the loop was run without an end");
     if (!events_.empty() && events_.begin()->first <= nextTickMs_) {
-      const auto event = events_.begin();
-      nowMs_ = std::max(nowMs_, event->first);
-      const std::function<void()> work = event->second;
-      events_.erase(event);
-      work();
+      RunFirstEvent();
       return;
     }
     nowMs_ = nextTickMs_;
     nextTickMs_ += 100;
     ++ticks_;
     OnTick();
+  }
+
+  /// Runs the events that are due now.
+  void RunPending() override {
+    if (++runs_ > kMostRuns) throw std::runtime_error("the loop was run without an end");
+    while (!events_.empty() && events_.begin()->first <= nowMs_) RunFirstEvent();
   }
 
   bool Ending() const override { return ending_; }
@@ -57,6 +59,14 @@ class FakeMessageLoop final : public MessageLoop {
   std::function<void()> OnTick;
 
  private:
+  void RunFirstEvent() {
+    const auto event = events_.begin();
+    nowMs_ = std::max(nowMs_, event->first);
+    const std::function<void()> work = event->second;
+    events_.erase(event);
+    work();
+  }
+
   static constexpr int kMostRuns = 2'000'000;
 
   std::multimap<qint64, std::function<void()>> events_;
