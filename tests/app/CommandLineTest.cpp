@@ -123,13 +123,11 @@ TEST(ApplyCommandLine, ShowsOrHidesBothImageEntries) {
   LinkState link;
   FakeMainScreen screen;
   ApplyCommandLine(Parse(u"x -i"_s), link, screen);
-  EXPECT_EQ(screen.Visible,
-            (QHash<QString, bool>{{u"mnuLoadLoggerImageFile"_s, true},
-                                  {u"imnuLoadLoggerImageFile"_s, true}}));
+  EXPECT_EQ(screen.Visible, (QHash<QString, bool>{{u"mnuLoadLoggerImageFile"_s, true},
+                                                  {u"imnuLoadLoggerImageFile"_s, true}}));
   ApplyCommandLine(Parse(u"-I"_s), link, screen);
-  EXPECT_EQ(screen.Visible,
-            (QHash<QString, bool>{{u"mnuLoadLoggerImageFile"_s, false},
-                                  {u"imnuLoadLoggerImageFile"_s, false}}));
+  EXPECT_EQ(screen.Visible, (QHash<QString, bool>{{u"mnuLoadLoggerImageFile"_s, false},
+                                                  {u"imnuLoadLoggerImageFile"_s, false}}));
 }
 
 TEST(ApplyCommandLine, SetsTrappingAndTheModemsTimeOut) {
