@@ -1,0 +1,135 @@
+#include "SimulatedLogger.h"
+
+#include <algorithm>
+
+#include "LoggerSetup.h"
+
+namespace tessmar::sim {
+namespace {
+
+using namespace std::chrono_literals;
+
+constexpr std::uint8_t kWrongAcknowledge = 0xFB;
+constexpr Micros kLateBy = 1500ms;
+constexpr std::array<std::uint8_t, 5> kJunk = {0x00, 0x13, 0x55, 0xFF, 0xFA};
+constexpr std::uint32_t kIntervalAddress = LoggerMemory::kFirstArea + 32;
+constexpr CivilSeconds kPulseHistory = 2 * 86400;
+
+}  // namespace
+
+const std::array<SimulatedLogger::Command, 13> SimulatedLogger::kCommands = {{
+    {{0x00}, 1, 1, 1, &SimulatedLogger::GetClock},
+    {{0x01}, 1, 8, 8, &SimulatedLogger::SetClock},
+    {{0x04, 0xA4, 0x4A}, 3, 3, 3, &SimulatedLogger::ClearHistory},
+    {{0x06, 0xA6, 0x6A, 0x00, 0x00, 0x00, 0x02}, 7, 7, 7, &SimulatedLogger::InitializeFlash},
+    {{0x07, 0xA7, 0x7A}, 3, 8, kLongestPayload, &SimulatedLogger::WriteMemory},
+    {{0x08}, 1, 5, 5, &SimulatedLogger::ReadMemory},
+    {{0x09, 0x01}, 2, 2, 2, &SimulatedLogger::StartMeasurement},
+    {{0x0A}, 1, 1, 1, &SimulatedLogger::GetSample},
+    {{0x0B, 0xAB, 0xBA}, 3, 3, 3, &SimulatedLogger::Commit},
+    {{0x0C}, 1, 1, 1, &SimulatedLogger::GetStatus},
+    {{0x0D}, 1, 2, 2, &SimulatedLogger::GetBlock},
+    {{0x0E, 0x03}, 2, 2, 2, &SimulatedLogger::ResetPulses},
+    {{0x0F}, 1, 1, 1, &SimulatedLogger::GetVersion},
+}};
+
+SimulatedLogger::SimulatedLogger(const LoggerOptions& options)
+    : options_(options),
+      pond_(options.Seed),
+      records_(options_, pond_),
+      faults_(options.Seed),
+      wire_(options.BaudRate),
+      clockBase_(options.ClockAtStart),
+      twelveHour_(options.TwelveHourClock),
+      pulsesSince_(options.ClockAtStart - kPulseHistory),
+      stuckAddress_(kIntervalAddress) {
+  if (options_.BlankFlash) return;
+  constexpr std::array<std::uint8_t, 8> kIdentifier = {'T', 'M', '2', ' ', '2', '1', '9', ' '};
+  memory_.Write(LoggerMemory::kIdentifierAddress, kIdentifier);
+  memory_.StoreConfiguration(ConfigurationImage(options_));
+}
+
+void SimulatedLogger::Receive(std::span<const std::uint8_t> bytes, Micros now) {
+  for (const std::uint8_t byte : bytes) {
+    const Micros arrival = wire_.Arrival(now);
+    if (arrival < deafUntil_) continue;
+    switch (receiver_.Take(byte, arrival)) {
+      case FrameReceiver::Event::Nothing:
+        break;
+      case FrameReceiver::Event::BareByte:
+        OnLetter(byte, arrival);
+        break;
+      case FrameReceiver::Event::Frame:
+        OnRequest(receiver_.Payload(), arrival);
+        break;
+    }
+  }
+}
+
+void SimulatedLogger::OnLetter(std::uint8_t letter, Micros now) {
+  Bytes answer;
+  if (letter == 'U') answer = {'T'};
+  if (letter == 'T') answer = {'M'};
+  if (letter == 'M') answer = {kCarriedOut};
+  if (options_.PastHandshake || answer.empty()) return;
+
+  for (const FailureMode mode :
+       {FailureMode::RequestLost, FailureMode::Silent, FailureMode::RandomLoss})
+    if (faults_.Strikes(mode, std::nullopt)) return;
+  if (faults_.Strikes(FailureMode::LateAnswer, std::nullopt)) now += kLateBy;
+  if (faults_.Strikes(FailureMode::AnswerTwice, std::nullopt)) answer.push_back(answer.front());
+  wire_.Send(answer, now);
+}
+
+void SimulatedLogger::OnRequest(Request request, Micros now) {
+  const std::uint8_t opcode = request.front();
+  if (faults_.Strikes(FailureMode::RequestLost, opcode)) return;
+  ++requests_[opcode];
+  if (options_.LiveRecords) records_.AdvanceTo(World(now));
+
+  const auto command =
+      std::ranges::find(kCommands, opcode, [](const Command& c) { return c.Start[0]; });
+  if (command == kCommands.end()) return;
+  if (request.size() < command->Least || request.size() > command->Most) return;
+  if (!std::ranges::equal(request.first(command->StartLength),
+                          std::span(command->Start).first(command->StartLength)))
+    return;
+  if (const std::optional<Answer> answer = (this->*command->Execute)(request, now))
+    Reply(*answer, opcode, now);
+}
+
+void SimulatedLogger::Reply(const Answer& answer, std::uint8_t opcode, Micros now) {
+  if (faults_.Strikes(FailureMode::Silent, opcode)) return;
+  Bytes acknowledge = {kReceived};
+  if (faults_.Strikes(FailureMode::WrongAcknowledge, opcode)) acknowledge = {kWrongAcknowledge};
+  if (faults_.Strikes(FailureMode::AcknowledgeLost, opcode)) acknowledge.clear();
+  if (faults_.Strikes(FailureMode::RandomLoss, opcode)) acknowledge.clear();
+
+  Bytes rest = answer.Status;
+  if (answer.Reply) {
+    const Bytes reply = ReplyBytes(*answer.Reply, opcode);
+    rest.insert(rest.end(), reply.begin(), reply.end());
+  }
+  if (!rest.empty() && faults_.Strikes(FailureMode::RandomLoss, opcode)) rest.clear();
+
+  if (faults_.Strikes(FailureMode::LateAnswer, opcode)) now += kLateBy;
+  const int times = faults_.Strikes(FailureMode::AnswerTwice, opcode) ? 2 : 1;
+  for (int time = 0; time < times; ++time) {
+    wire_.Send(acknowledge, now);
+    wire_.Send(rest, now + answer.WorkTime);
+  }
+}
+
+Bytes SimulatedLogger::ReplyBytes(const Bytes& payload, std::uint8_t opcode) {
+  FrameDamage damage;
+  damage.CorruptCheck = faults_.Strikes(FailureMode::CorruptCheck, opcode);
+  damage.WrongLength = faults_.Strikes(FailureMode::WrongLength, opcode);
+  damage.BadEscape = faults_.Strikes(FailureMode::BadEscape, opcode);
+  Bytes frame = EncodeFrame(payload, damage);
+  if (faults_.Strikes(FailureMode::StopsMidFrame, opcode)) frame.resize(frame.size() / 2);
+  if (faults_.Strikes(FailureMode::JunkAhead, opcode))
+    frame.insert(frame.begin(), kJunk.begin(), kJunk.end());
+  return frame;
+}
+
+}  // namespace tessmar::sim
