@@ -1,0 +1,194 @@
+#include "history/HistoryTable.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string_view>
+
+#include "link/Fault.h"
+#include "measure/DerivedChannels.h"
+#include "measure/LiveDisplay.h"
+#include "measure/Sample.h"
+#include "ui/TextTable.h"
+
+namespace tessmar {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Kind = HistoryColumn::Kind;
+
+constexpr int kRelays = 4;
+constexpr int kRelayChannel = 1;
+constexpr std::string_view kNoValue = "---";
+constexpr std::int32_t kProgressStep = 4096;
+
+int Write(char* out, std::string_view text) {
+  std::copy(text.begin(), text.end(), out);
+  return static_cast<int>(text.size());
+}
+
+/// The text of a cell as it was in the record before.
+struct LastCell {
+  std::array<char, HistoryTable::kCellSize> Text{};
+  int Length = 0;
+
+  // Gives true when the text was another one.
+  bool Replace(const char* text, int length) {
+    if (length == Length && std::memcmp(text, Text.data(), static_cast<std::size_t>(length)) == 0)
+      return false;
+    std::copy_n(text, length, Text.begin());
+    Length = length;
+    return true;
+  }
+};
+
+}  // namespace
+
+HistoryTable::HistoryTable(const HistoryBuffer& buffer, const LoggerSettings& settings,
+                           const LinkState& link, bool showRelays, const SystemLocale& locale)
+    : buffer_(buffer),
+      settings_(settings),
+      analogChannelCount_(link.AnalogChannelCount),
+      pulseChannelCount_(link.PulseChannelCount),
+      locale_(locale) {
+  AddColumns(showRelays);
+}
+
+void HistoryTable::AddColumns(bool showRelays) {
+  columns_.push_back({Kind::DateTime, 0, u"DateTime"_s,
+                      GetText(TextId::Date) + u" / "_s + GetText(TextId::Time), 1500, false});
+  for (int channel = 0; channel < analogChannelCount_; ++channel) {
+    if (settings_.Analog[static_cast<std::size_t>(channel)].Enable != 0)
+      columns_.push_back({Kind::Analog, channel, {}, settings_.EngUnits(channel), 1200, true});
+  }
+  for (int relay = 0; showRelays && relay < kRelays; ++relay)
+    columns_.push_back({Kind::Relay, relay, {}, u"Relay %1"_s.arg(relay + 1), 950, true});
+  for (int channel = 0; channel < pulseChannelCount_; ++channel) {
+    if (settings_.Pulse[static_cast<std::size_t>(channel)].Enable != 0)
+      columns_.push_back(
+          {Kind::Pulse, channel, {}, settings_.EngUnits(kAnalogChannels + channel), 1440, true});
+  }
+}
+
+void HistoryTable::Pack(const Progress& progress) {
+  packed_ = true;
+  packedRows_.clear();
+  std::vector<LastCell> cells(columns_.size());
+  std::array<char, kCellSize> text;
+  for (std::int32_t r = 0; r < buffer_.Count(); ++r) {
+    if (r % kProgressStep == 0) progress(r);
+    const LiveSample& record = buffer_.Record(r);
+    bool changed = false;
+    for (int column = 1; column < ColumnCount(); ++column) {
+      const auto place = static_cast<std::size_t>(column);
+      if (r > 0 && SameSources(columns_[place], record, buffer_.Record(r - 1))) continue;
+      const int length = WriteCell(text.data(), record, column);
+      if (cells[place].Replace(text.data(), length)) changed = true;
+    }
+    if (changed) packedRows_.push_back(static_cast<std::uint32_t>(r));
+  }
+}
+
+std::int32_t HistoryTable::RowCount() const {
+  return packed_ ? static_cast<std::int32_t>(packedRows_.size()) : buffer_.Count();
+}
+
+const HistoryColumn& HistoryTable::Column(int column) const {
+  if (column < 0 || column >= ColumnCount()) throw RangeFault("no such column in the table");
+  return columns_[static_cast<std::size_t>(column)];
+}
+
+const LiveSample& HistoryTable::Record(std::int32_t row) const {
+  if (!packed_) return buffer_.Record(row);
+  if (row < 0 || row >= RowCount()) throw RangeFault("no such row in the table");
+  return buffer_.Record(static_cast<std::int32_t>(packedRows_[static_cast<std::size_t>(row)]));
+}
+
+QString HistoryTable::CellText(std::int32_t row, int column) const {
+  const LiveSample& record = Record(row);
+  if (Column(column).Content == Kind::DateTime) return TimeText(record, locale_);
+  std::array<char, kCellSize> text;
+  const int length = WriteCell(text.data(), record, column);
+  return QString::fromLatin1(text.data(), length);
+}
+
+int HistoryTable::WriteCell(char* out, const LiveSample& record, int column) const {
+  const HistoryColumn& content = Column(column);
+  switch (content.Content) {
+    case Kind::DateTime:
+      throw RangeFault("the time stamp is not a data cell");
+    case Kind::Analog:
+      return WriteAnalog(out, record, content.Channel);
+    case Kind::Relay:
+      return WriteRelay(out, record, content.Channel);
+    case Kind::Pulse:
+      break;
+  }
+  return WritePulse(out, record, content.Channel);
+}
+
+int HistoryTable::WriteAnalog(char* out, const LiveSample& record, int channel) const {
+  const int decimals = settings_.DecPlaces(channel);
+  if (QuantityShown(settings_.Do, channel) == ShownQuantity::OwnReading)
+    return FormatValueTo(out, ChannelValue(record, channel), decimals);
+
+  // What counts as available here is Enable alone: a channel that is enabled but that the logger
+  // does not have reads 0.
+  std::array<ChannelReading, kAnalogChannels> readings;
+  for (int source = 0; source < kAnalogChannels; ++source) {
+    const auto place = static_cast<std::size_t>(source);
+    readings[place] = {ChannelValue(record, source), settings_.Analog[place].Enable != 0};
+  }
+  try {
+    const ChannelReading shown = ShownReading(settings_.Do, channel, readings);
+    return shown.Available ? FormatValueTo(out, shown.Value, decimals) : Write(out, kNoValue);
+  } catch (const Fault&) {
+    // A cell is made while the table is painted, where a fault has nowhere to go.
+    return Write(out, kNoValue);
+  }
+}
+
+int HistoryTable::WritePulse(char* out, const LiveSample& record, int channel) const {
+  const std::int32_t word = record.Value[static_cast<std::size_t>(analogChannelCount_ + channel)];
+  const PulseChannelSettings& pulse = settings_.Pulse[static_cast<std::size_t>(channel)];
+  return FormatValueTo(out, word * pulse.PulseUnit, settings_.DecPlaces(kAnalogChannels + channel));
+}
+
+int HistoryTable::WriteRelay(char* out, const LiveSample& record, int relay) const {
+  const QByteArray text =
+      RelayCellText(ChannelValue(record, kRelayChannel), static_cast<std::int16_t>(relay))
+          .toLatin1();
+  return Write(out, {text.data(), static_cast<std::size_t>(text.size())});
+}
+
+// 0 for a channel that is disabled or that the logger does not have.
+double HistoryTable::ChannelValue(const LiveSample& record, int channel) const {
+  const auto place = static_cast<std::size_t>(channel);
+  const AnalogChannelSettings& settings = settings_.Analog[place];
+  if (channel >= analogChannelCount_ || settings.Enable == 0) return 0;
+  return ScaleRaw(settings, record.Value[place]);
+}
+
+// Equal words give equal texts, so that most cells of a steady history need not be made to be
+// compared.
+bool HistoryTable::SameSources(const HistoryColumn& column, const LiveSample& a,
+                               const LiveSample& b) const {
+  switch (column.Content) {
+    case Kind::Pulse: {
+      const auto place = static_cast<std::size_t>(analogChannelCount_ + column.Channel);
+      return a.Value[place] == b.Value[place];
+    }
+    case Kind::Analog:
+      if (QuantityShown(settings_.Do, column.Channel) == ShownQuantity::OwnReading) {
+        const auto place = static_cast<std::size_t>(column.Channel);
+        return a.Value[place] == b.Value[place];
+      }
+      break;
+    case Kind::DateTime:
+    case Kind::Relay:
+      break;
+  }
+  return a.Value == b.Value;
+}
+
+}  // namespace tessmar

@@ -1,0 +1,86 @@
+#pragma once
+
+#include <QString>
+#include <cstdint>
+#include <functional>
+#include <vector>
+
+#include "history/HistoryBuffer.h"
+#include "link/LinkState.h"
+#include "measure/Scaling.h"
+#include "settings/LoggerSettings.h"
+#include "ui/SystemLocale.h"
+
+namespace tessmar {
+
+/// One column of the history table.
+struct HistoryColumn {
+  enum class Kind { DateTime, Analog, Relay, Pulse };
+  Kind Content = Kind::DateTime;
+  int Channel = 0;  ///< Analog or pulse channel or relay, from 0.
+  QString Key;      ///< "DateTime" for the first column, empty for the others.
+  QString Heading;
+  int WidthTwips = 0;  ///< 15 twips are one logical pixel.
+  bool Centred = false;
+};
+
+/// HistoryBuffer in engineering units: one row for each record, one column for the time stamp and
+/// for each enabled channel.
+///
+/// Cells are made when they are asked for, from the records and from a copy of the settings and
+/// channel counts taken at construction: nothing that changes later changes the table. The buffer
+/// and the locale must outlive it, and the buffer must not be filled anew meanwhile.
+class HistoryTable {
+ public:
+  /// Room for the text of any data cell.
+  static constexpr int kCellSize = kFormattedValueSize;
+
+  /// Told now and then how many records are done.
+  using Progress = std::function<void(std::int32_t record)>;
+
+  /// @param showRelays  adds the four relay columns behind the analog channels.
+  HistoryTable(const HistoryBuffer& buffer, const LoggerSettings& settings, const LinkState& link,
+               bool showRelays, const SystemLocale& locale);
+
+  /// Leaves out each record whose data cells are the same texts as those of the record before it,
+  /// dropped or not. The times are not compared. Without data columns nothing stays.
+  void Pack(const Progress& progress);
+
+  std::int32_t RowCount() const;
+  int ColumnCount() const { return static_cast<int>(columns_.size()); }
+  /// Throws RangeFault outside 0 to ColumnCount() - 1.
+  const HistoryColumn& Column(int column) const;
+  /// The record of a row. Throws RangeFault outside 0 to RowCount() - 1.
+  const LiveSample& Record(std::int32_t row) const;
+
+  /// The text of any cell. Throws RangeFault outside the table.
+  QString CellText(std::int32_t row, int column) const;
+
+  /// Writes the text of a data cell, plain ASCII without a zero at the end; allocates nothing.
+  /// "---" stands for a value that is not to be had.
+  /// @param out     room for kCellSize characters.
+  /// @param column  1 to ColumnCount() - 1.
+  /// @return the number of characters written.
+  int WriteCell(char* out, const LiveSample& record, int column) const;
+
+  const SystemLocale& Locale() const { return locale_; }
+
+ private:
+  void AddColumns(bool showRelays);
+  int WriteAnalog(char* out, const LiveSample& record, int channel) const;
+  int WritePulse(char* out, const LiveSample& record, int channel) const;
+  int WriteRelay(char* out, const LiveSample& record, int relay) const;
+  double ChannelValue(const LiveSample& record, int channel) const;
+  bool SameSources(const HistoryColumn& column, const LiveSample& a, const LiveSample& b) const;
+
+  const HistoryBuffer& buffer_;
+  LoggerSettings settings_;
+  int analogChannelCount_;
+  int pulseChannelCount_;
+  const SystemLocale& locale_;
+  std::vector<HistoryColumn> columns_;
+  bool packed_ = false;
+  std::vector<std::uint32_t> packedRows_;  ///< Record of each row of a packed table.
+};
+
+}  // namespace tessmar
