@@ -5,6 +5,8 @@
 #include <cstdint>
 
 #include "link/LinkState.h"
+#include "measure/DerivedChannels.h"
+#include "measure/RelayVoltage.h"
 #include "measure/Sample.h"
 #include "settings/LoggerSettings.h"
 #include "ui/MainScreen.h"
@@ -18,24 +20,21 @@ struct ChannelView {
   bool ShownEnabled = false;  ///< Enabled as the controls last showed it.
   double MeterBottom = 0;
   double MeterTop = 0;
-  std::array<double, 5> Shown{};  ///< Own reading or derived value.
-  std::array<bool, 5> ShownValid{};
+  std::array<double, kRingSize> Shown{};  ///< Own reading or derived value.
+  std::array<bool, kRingSize> ShownValid{};
   std::int32_t LastMeterY = 0;  ///< Top of the fill when last drawn; 0 forces a redraw.
-  std::array<double, 5> Reading{};
-  std::array<bool, 5> ReadingValid{};
+  std::array<double, kRingSize> Reading{};
+  std::array<bool, kRingSize> ReadingValid{};
 };
 
-/// State of one relay, as decoded from the voltage of analog channel 1.
-enum class RelayState : std::int16_t { Unknown = 0, Off = 1, On = 2, Pulse = 3 };
-
-/// The state of one relay in a history cell: "Off", "On", "Pulse", or "---" for a voltage outside
-/// 0.025 to 4.095. Throws RangeFault for a relay above 3.
-QString RelayCellText(double volts, std::int16_t relay);
-
 /// From the live ring and the settings to the labels and meters of the main screen.
+///
+/// Runs in timer ticks and actions of the one thread. Nothing here shows a message: a value that
+/// cannot be had shows as the no-sample text.
 class LiveDisplay {
  public:
-  /// Arithmetic of a meter column, in twips of the form's design.
+  /// Arithmetic of a meter column, in twips of the form's design. The offset, from the top of the
+  /// form, is above 0, so that no column has its top at 0.
   static constexpr std::int32_t kMeterHeight = 2340;
   static constexpr std::int32_t kMeterTopOffset = 480;
 
@@ -44,7 +43,8 @@ class LiveDisplay {
 
   /// Puts a sample at the head of the ring and shows it.
   void PushLiveSample(const LiveSample& sample);
-  /// Forgets all samples, as a connect or disconnect does, and shows that.
+  /// Forgets all samples, as a connect or disconnect does, and shows that. The records stay where
+  /// they are; only the count is 0.
   void EmptyRing();
   /// Sets the pulse values of the newest sample, if there is one, to zero and shows that.
   void ZeroPulseValues();
@@ -60,22 +60,32 @@ class LiveDisplay {
   /// Marks all channels as not wanted, as a connect or disconnect does.
   void HideChannels();
 
+  /// @param channel  0 to 7; throws RangeFault outside it.
   const ChannelView& View(int channel) const;
   LiveRing& Ring() { return ring_; }
 
   /// Relay panel and relay columns; nothing in this edition switches them on.
   bool RelayDisplayEnabled = false;
-  std::array<RelayState, 4> RelayStates{};
+  std::array<RelayState, kRelays> RelayStates{};
+  /// From the voltage that lblValue(1) shows to RelayStates and the panel.
   void DecodeRelayVoltage();
+  /// From RelayStates to the panel.
   void ShowRelayStates();
 
  private:
+  int ChannelCount() const;
   void UpdateReadings();
   void UpdateShownValues();
+  void UpdateShownValue(int channel, std::size_t entry);
+  std::array<ChannelReading, kAnalogChannels> ReadingsOf(std::size_t entry) const;
   void ShowChannelTexts();
   void ShowPulseTexts();
+  void RefreshLimits(int channel);
+  QString ShownText(int channel, std::size_t entry) const;
   QString PulseText(int channel) const;
   QString AlarmText(const AlarmSettings& alarm) const;
+  void DrawMeter(int channel);
+  void ShowChannelEnabled(int channel);
 
   LinkState& link_;
   const LoggerSettings& settings_;

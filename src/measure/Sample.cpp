@@ -135,7 +135,7 @@ void DecodeRecord(const LinkState& link, std::span<const std::uint8_t> bytes, in
 void LiveRing::Push(const LiveSample& sample) {
   std::move_backward(Samples.begin(), Samples.end() - 1, Samples.end());
   Samples[0] = sample;
-  if (Count < static_cast<std::int16_t>(Samples.size())) ++Count;
+  if (Count < kRingSize) ++Count;
 }
 
 }  // namespace tessmar

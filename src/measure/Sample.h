@@ -78,9 +78,11 @@ void CompactSampleReply(std::span<std::uint8_t> reply, int analogChannelCount,
 void DecodeRecord(const LinkState& link, std::span<const std::uint8_t> bytes, int offset,
                   int wordCount, LiveSample& record);
 
+inline constexpr int kRingSize = 5;
+
 /// The latest live samples, index 0 the newest.
 struct LiveRing {
-  std::array<LiveSample, 5> Samples;
+  std::array<LiveSample, kRingSize> Samples;
   std::int16_t Count = 0;  ///< Valid entries, 0 to 5.
 
   /// Moves all up one place, the oldest drops off, and puts the sample at 0.
