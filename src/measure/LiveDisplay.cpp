@@ -278,7 +278,7 @@ void LiveDisplay::DecodeRelayVoltage() {
 }
 
 void LiveDisplay::ShowRelayStates() {
-  for (int r = 0; r < kRelays; ++r) {
+  for (int r = 0; r < kRelayCount; ++r) {
     const RelayState state = RelayStates[static_cast<std::size_t>(r)];
     screen_.SetCaption(ElementName("lblRelayState", r), RelayStateText(state));
     for (const char* control : {"pctRelay", "lblRelayNumber", "lblRelayState"})

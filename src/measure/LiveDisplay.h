@@ -66,7 +66,7 @@ class LiveDisplay {
 
   /// Relay panel and relay columns; nothing in this edition switches them on.
   bool RelayDisplayEnabled = false;
-  std::array<RelayState, kRelays> RelayStates{};
+  std::array<RelayState, kRelayCount> RelayStates{};
   /// From the voltage that lblValue(1) shows to RelayStates and the panel.
   void DecodeRelayVoltage();
   /// From RelayStates to the panel.

@@ -17,11 +17,11 @@ bool EncodesRelays(Voltage volts) {
   return volts >= static_cast<Voltage>(0.025) && volts <= static_cast<Voltage>(4.095);
 }
 
-std::array<RelayState, kRelays> StatesOf(std::int16_t millivolts) {
+std::array<RelayState, kRelayCount> StatesOf(std::int16_t millivolts) {
   int code = (millivolts + kStepMillivolts / 2) / kStepMillivolts;
   if (code > 0) --code;
   code = std::min(code, kHighestCode);
-  std::array<RelayState, kRelays> states{};
+  std::array<RelayState, kRelayCount> states{};
   for (RelayState& state : states) {
     state = static_cast<RelayState>(code % 3 + 1);
     code /= 3;
@@ -31,7 +31,7 @@ std::array<RelayState, kRelays> StatesOf(std::int16_t millivolts) {
 
 }  // namespace
 
-std::array<RelayState, kRelays> DecodeRelays(float volts) {
+std::array<RelayState, kRelayCount> DecodeRelays(float volts) {
   if (!EncodesRelays(volts)) return {};
   return StatesOf(RoundToInt16(volts * 1000));
 }
@@ -51,7 +51,7 @@ QString RelayStateText(RelayState state) {
 }
 
 QString RelayCellText(double volts, std::int16_t relay) {
-  if (relay < 0 || relay >= kRelays) throw RangeFault("there are four relays");
+  if (relay < 0 || relay >= kRelayCount) throw RangeFault("there are four relays");
   if (!EncodesRelays(volts)) return QStringLiteral("---");
   return RelayStateText(StatesOf(RoundToInt16(volts * 1000))[static_cast<std::size_t>(relay)]);
 }

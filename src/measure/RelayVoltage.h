@@ -6,7 +6,7 @@
 
 namespace tessmar {
 
-inline constexpr int kRelays = 4;
+inline constexpr int kRelayCount = 4;
 
 /// State of one relay, as decoded from the voltage of analog channel 1.
 enum class RelayState : std::int16_t { Unknown = 0, Off = 1, On = 2, Pulse = 3 };
@@ -15,7 +15,7 @@ enum class RelayState : std::int16_t { Unknown = 0, Off = 1, On = 2, Pulse = 3 }
 /// 0.05 V, counted in base 3 with relay 0 as the lowest digit. All unknown outside 0.025 to 4.095.
 ///
 /// Single precision, because the voltage is taken from what the screen shows.
-std::array<RelayState, kRelays> DecodeRelays(float volts);
+std::array<RelayState, kRelayCount> DecodeRelays(float volts);
 
 /// "Off", "On", "Pulse" or "Unknown", in every language.
 QString RelayStateText(RelayState state);
