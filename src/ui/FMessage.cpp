@@ -1,0 +1,215 @@
+#include "ui/FMessage.h"
+
+#include <QAccessible>
+#include <QGuiApplication>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <QStyle>
+#include <QTextLayout>
+#include <algorithm>
+#include <cmath>
+
+#include "ui/MainScreen.h"
+#include "ui/MessageIcon.h"
+#include "ui/MessageLayout.h"
+
+namespace tessmar {
+namespace {
+
+using namespace Qt::StringLiterals;
+using namespace message_design;
+
+/// The window manager's frame stands outside the window and takes nothing of its width.
+constexpr int kFrameWidth = 0;
+
+/// Width of a text as one line, its line breaks left out.
+double OneLineWidth(QString text, const QFont& font) {
+  text.remove(u'\r').remove(u'\n');
+  return QFontMetricsF(font).horizontalAdvance(text);
+}
+
+/// Width of the longest piece of a text that cannot be wrapped.
+double LongestPieceWidth(QString text, const QFont& font) {
+  text.replace(u'\n', QChar::LineSeparator);
+  QTextLayout layout(text, font);
+  QTextOption option;
+  option.setWrapMode(QTextOption::WordWrap);
+  layout.setTextOption(option);
+  layout.beginLayout();
+  while (true) {
+    QTextLine line = layout.createLine();
+    if (!line.isValid()) break;
+    line.setLineWidth(0);
+  }
+  layout.endLayout();
+  return layout.minimumWidth();
+}
+
+}  // namespace
+
+FMessage::FMessage(QWidget* parent)
+    : QDialog(parent),
+      picIcon_(new MessageIcon(this)),
+      lblMessage_(new QLabel(this)),
+      picButtons_(new QWidget(this)) {
+  setObjectName(u"FMessage"_s);
+  setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
+                 Qt::WindowCloseButtonHint);
+
+  picIcon_->setObjectName(u"picIcon"_s);
+  picIcon_->hide();
+
+  lblMessage_->setObjectName(u"lblMessage"_s);
+  lblMessage_->setTextFormat(Qt::PlainText);
+  lblMessage_->setWordWrap(true);
+  lblMessage_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  lblMessage_->setFocusPolicy(Qt::StrongFocus);
+  SetTextAlignment(Qt::AlignLeft);
+
+  picButtons_->setObjectName(u"picButtons"_s);
+  QWidget* before = nullptr;
+  for (std::size_t i = 0; i < cmdButton_.size(); ++i) {
+    const int index = static_cast<int>(i);
+    auto* button = new QPushButton(picButtons_);
+    button->setObjectName(ElementName("cmdButton", index));
+    button->hide();
+    connect(button, &QPushButton::clicked, this, [this, index] { cmdButton_Click(index); });
+    if (before != nullptr) setTabOrder(before, button);
+    before = button;
+    cmdButton_[i] = button;
+  }
+  setTabOrder(before, lblMessage_);
+}
+
+void FMessage::SetMessageIcon(int code) {
+  iconCode_ = code;
+  picIcon_->SetCode(code);
+}
+
+void FMessage::SetMessageTitle(const QString& title) {
+  setWindowTitle(title.isEmpty() ? QGuiApplication::applicationDisplayName() : title);
+}
+
+void FMessage::SetButtonText(const QStringList& captions) {
+  buttonText_ = captions;
+  for (QPushButton* button : cmdButton_) button->hide();
+  for (int i = 0; i < ShownButtons(); ++i) cmdButton_[static_cast<std::size_t>(i)]->show();
+}
+
+void FMessage::SetButtonsUnload(const QList<bool>& unload) {
+  buttonsUnload_ = unload;
+}
+
+void FMessage::SetTopMost(bool /*topMost*/) {
+  setWindowFlag(Qt::WindowStaysOnTopHint);
+}
+
+void FMessage::SetButtonDefault(int button) {
+  buttonDefault_ = button;
+  if (button < 0 || button >= kMostButtons) return;
+  cmdButton_[static_cast<std::size_t>(button)]->setDefault(true);
+}
+
+void FMessage::SetTextAlignment(Qt::AlignmentFlag alignment) {
+  lblMessage_->setAlignment(alignment | Qt::AlignTop);
+}
+
+void FMessage::ShowMessage(const QString& prompt) {
+  LayOut(prompt);
+  const int focused = buttonDefault_ < ShownButtons() ? std::max(0, buttonDefault_) : 0;
+  cmdButton_[static_cast<std::size_t>(focused)]->setFocus();
+  exec();
+}
+
+void FMessage::cmdButton_Click(int index) {
+  selectedButton_ = index;
+  if (buttonsUnload_.value(index, true)) {
+    accept();
+  } else {
+    Q_EMIT ButtonClicked(index);
+  }
+}
+
+int FMessage::ShownButtons() const {
+  return static_cast<int>(std::min<qsizetype>(buttonText_.size(), kMostButtons));
+}
+
+int FMessage::ButtonWidth() const {
+  const int margins = 2 * (style()->pixelMetric(QStyle::PM_ButtonMargin) +
+                           style()->pixelMetric(QStyle::PM_DefaultFrameWidth));
+  double widest = 0;
+  for (const QString& caption : buttonText_) {
+    widest = std::max(widest, OneLineWidth(caption, cmdButton_.front()->font()));
+  }
+  return std::max(kButtonWidth, PixelsToTwips(widest + margins));
+}
+
+int FMessage::ButtonHeight() const {
+  return std::max(kButtonHeight, PixelsToTwips(cmdButton_.front()->sizeHint().height()));
+}
+
+void FMessage::LayOut(const QString& prompt) {
+  QString text = prompt;
+  text.replace(u"\r\n"_s, u"\n"_s).replace(u'\r', u'\n');
+  lblMessage_->setText(text);
+  lblMessage_->setAccessibleName(text);
+  const QFont font = lblMessage_->font();
+
+  MessageWidths widths = MessageWidthsFor(PixelsToTwips(OneLineWidth(prompt, font)),
+                                          !picIcon_->isHidden(), kFrameWidth);
+
+  // A large font may need more than the rules give, for wide buttons or a piece that cannot wrap.
+  const int buttonWidth = ButtonWidth();
+  const int forButtons = LeastWidthForButtons(ShownButtons(), buttonWidth, kFrameWidth);
+  const int forText = PixelsToTwips(LongestPieceWidth(text, font));
+  const int wider = std::max({0, forButtons - widths.Form, forText - widths.Text});
+  widths.Form += wider;
+  widths.Text += wider;
+
+  const int textWidth = TwipsToPixels(widths.Text);
+  const int textHeight =
+      std::max(kTextHeight, kTwipsPerPixel * lblMessage_->heightForWidth(textWidth));
+  const int panelHeight = std::max(kPanelHeight, ButtonHeight() + kPanelHeight - kButtonHeight);
+  const int formHeight = kHeight + MessageGrowth(textHeight) + panelHeight - kPanelHeight;
+
+  picIcon_->setGeometry(TwipsToPixels(kIconLeft), TwipsToPixels(kIconTop),
+                        TwipsToPixels(kIconWidth), TwipsToPixels(kIconHeight));
+  lblMessage_->setGeometry(TwipsToPixels(widths.TextLeft), TwipsToPixels(kTextTop), textWidth,
+                           TwipsToPixels(textHeight));
+  const int width = TwipsToPixels(widths.Form - kFrameWidth);
+  const int height = TwipsToPixels(formHeight);
+  picButtons_->setGeometry(0, height - TwipsToPixels(panelHeight), width,
+                           TwipsToPixels(panelHeight));
+  PlaceButtons(widths.Form, buttonWidth);
+  setFixedSize(width, height);
+}
+
+void FMessage::PlaceButtons(int formWidth, int buttonWidth) {
+  const std::vector<int> lefts =
+      MessageButtonLefts(ShownButtons(), formWidth, buttonWidth, kFrameWidth);
+  for (std::size_t i = 0; i < lefts.size(); ++i) {
+    QPushButton* button = cmdButton_[i];
+    const QString& caption = buttonText_[static_cast<qsizetype>(i)];
+    button->setText(caption);
+    button->setAccessibleName(caption);
+    button->setGeometry(TwipsToPixels(lefts[i]), 0, TwipsToPixels(buttonWidth),
+                        TwipsToPixels(ButtonHeight()));
+  }
+}
+
+void FMessage::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_F1) {
+    Q_EMIT HelpKeyPressed();
+    return;
+  }
+  QDialog::keyPressEvent(event);
+}
+
+void FMessage::showEvent(QShowEvent* event) {
+  QDialog::showEvent(event);
+  QAccessibleEvent alert(this, QAccessible::Alert);
+  QAccessible::updateAccessibility(&alert);
+}
+
+}  // namespace tessmar
