@@ -1,0 +1,180 @@
+#include "history/PullHistory.h"
+
+#include <gtest/gtest.h>
+
+#include "history/UploadRig.h"
+
+namespace tessmar {
+namespace {
+
+using sim::FailureMode;
+using test::UploadRig;
+
+class Pull : public testing::Test {
+ protected:
+  HistoryBuffer buffer_;
+};
+
+TEST_F(Pull, ExactlyOneBlockOfRecordsTakesASecondRequestThatGivesZero) {
+  UploadRig rig({.Records = 10}, buffer_);
+  EXPECT_EQ(rig.Pull(), UploadEnd::Complete);
+  EXPECT_EQ(rig.Asked(), (std::vector{0, 1}));
+  EXPECT_EQ(rig.Received(), rig.Stored(10));
+}
+
+TEST_F(Pull, AShortBlockEndsTheUploadWithoutAFurtherRequest) {
+  UploadRig rig({.Records = 7}, buffer_);
+  EXPECT_EQ(rig.Pull(), UploadEnd::Complete);
+  EXPECT_EQ(rig.Asked(), (std::vector{0}));
+  EXPECT_EQ(rig.Received(), rig.Stored(7));
+}
+
+TEST_F(Pull, AFullBlockDrivesTheNextRequestWithoutAPause) {
+  UploadRig rig({.Records = 9600}, buffer_);
+  EXPECT_EQ(rig.Pull(), UploadEnd::Complete);
+  EXPECT_EQ(rig.Asked().size(), 961U);
+  EXPECT_EQ(rig.Loop.Ticks(), 0);
+}
+
+TEST_F(Pull, AFailureIsFollowedByFiveTicksAndARequestForTheSameBlock) {
+  UploadRig rig({.Records = 25}, buffer_);
+  rig.Logger.AddFault({.Mode = FailureMode::Silent, .Count = 1});
+  EXPECT_EQ(rig.Pull(), UploadEnd::Complete);
+  EXPECT_EQ(rig.Asked(), (std::vector{0, 2, 1, 1}));
+  EXPECT_EQ(rig.Received(), rig.Stored(25));
+  EXPECT_EQ(rig.Upload().TotalFailures(), 1);
+  // Ten ticks for the acknowledge, five of pause, and after the block 36 for answers that are late.
+  EXPECT_EQ(rig.Loop.Ticks(), 10 + 5 + 36);
+}
+
+TEST_F(Pull, ADamagedReplyCostsTheFlushAndThePauseOnly) {
+  UploadRig rig({.Records = 25}, buffer_);
+  rig.Logger.AddFault({.Mode = FailureMode::CorruptCheck, .Count = 1});
+  EXPECT_EQ(rig.Pull(), UploadEnd::Complete);
+  EXPECT_EQ(rig.Asked(), (std::vector{0, 2, 1, 1}));
+  EXPECT_EQ(rig.Loop.Ticks(), 2 + 5);
+}
+
+TEST_F(Pull, TheHundredAndFirstFailureInARowEndsTheUpload) {
+  UploadRig rig({.Records = 25}, buffer_);
+  rig.Logger.AddFault(FailureMode::CorruptCheck);
+  int changes = 0;
+  EXPECT_EQ(rig.Pull({[] { return true; }, [&] { ++changes; }}), UploadEnd::Failed);
+  EXPECT_EQ(rig.Asked().size(), 101U);
+  EXPECT_EQ(changes, 100);
+  EXPECT_EQ(rig.Upload().TotalFailures(), 101);
+}
+
+TEST_F(Pull, AHundredFailuresInARowAreBorne) {
+  UploadRig rig({.Records = 25}, buffer_);
+  rig.Logger.AddFault({.Mode = FailureMode::CorruptCheck, .Count = 100});
+  EXPECT_EQ(rig.Pull(), UploadEnd::Complete);
+  EXPECT_EQ(rig.Received(), rig.Stored(25));
+}
+
+TEST_F(Pull, AnIllegalCountEndsTheUploadAtOnce) {
+  UploadRig rig({.Records = 25}, buffer_);
+  rig.Logger.AddFault(FailureMode::IllegalBlockCount);
+  EXPECT_EQ(rig.Pull(), UploadEnd::Failed);
+  EXPECT_EQ(rig.Asked(), (std::vector{0}));
+  EXPECT_EQ(buffer_.Count(), 0);
+}
+
+TEST_F(Pull, ACancelInARetryWaitEndsTheUploadRightAfterIt) {
+  UploadRig rig({.Records = 25}, buffer_);
+  rig.Logger.AddFault({.Mode = FailureMode::CorruptCheck, .Opcode = 0x0D});
+  bool running = true;
+  // The reply is refused at once and flushed for two ticks; the wait is over at 700 ms.
+  rig.Loop.At(450, [&] { running = false; });
+  EXPECT_EQ(rig.Pull({[&] { return running; }, [] {}}), UploadEnd::Cancelled);
+  EXPECT_EQ(rig.Asked(), (std::vector{0}));
+  EXPECT_EQ(rig.Loop.Ticks(), 7);
+}
+
+TEST_F(Pull, ACancelBetweenBlocksKeepsWhatHasArrived) {
+  UploadRig rig({.Records = 2500}, buffer_);
+  const auto running = [&] { return buffer_.Count() < 30; };
+  EXPECT_EQ(rig.Pull({running, [] {}}), UploadEnd::Cancelled);
+  EXPECT_EQ(rig.Received(), rig.Stored(30));
+}
+
+TEST_F(Pull, ACancelIsNoticedWhileTheLineGoesQuiet) {
+  UploadRig rig({.Records = 2500}, buffer_);
+  rig.Logger.AddFault({.Mode = FailureMode::Silent, .Count = 1});
+  bool running = true;
+  rig.Loop.At(1700, [&] { running = false; });
+  EXPECT_EQ(rig.Pull({[&] { return running; }, [] {}}), UploadEnd::Cancelled);
+  EXPECT_EQ(rig.Asked(), (std::vector{0, 2}));
+}
+
+TEST_F(Pull, MoreRecordsThanPromisedAreTakenAsTheyCome) {
+  UploadRig rig({.Records = 25}, buffer_);
+  rig.Logger.AddFault({.Mode = FailureMode::MoreRecords, .Count = 14});
+  EXPECT_EQ(rig.Pull(), UploadEnd::Complete);
+  EXPECT_EQ(rig.Received(), rig.Stored(39));
+  EXPECT_EQ(rig.Upload().BarMaximum(), 39);
+  EXPECT_EQ(rig.Upload().TotalRecords(), 25);
+}
+
+TEST_F(Pull, ALostRequestMakesTheLoggerRepeatTheBlockBeforeItWhichIsStoredAgain) {
+  UploadRig rig({.Records = 25}, buffer_);
+  int blocks = 0;
+  const auto changed = [&] {
+    if (++blocks == 1)
+      rig.Logger.AddFault({.Mode = FailureMode::RequestLost, .Count = 1, .Opcode = 0x0D});
+  };
+  EXPECT_EQ(rig.Pull({[] { return true; }, changed}), UploadEnd::Complete);
+  EXPECT_EQ(rig.Asked(), (std::vector{0, 1, 2, 1, 1}));
+  std::vector<LiveSample> expected = rig.Stored(25);
+  const std::vector<LiveSample> firstBlock(expected.begin(), expected.begin() + 10);
+  expected.insert(expected.begin() + 10, firstBlock.begin(), firstBlock.end());
+  EXPECT_EQ(rig.Received(), expected);
+}
+
+TEST_F(Pull, ALostFirstRequestRepeatsNothing) {
+  UploadRig rig({.Records = 25}, buffer_);
+  rig.Logger.AddFault({.Mode = FailureMode::RequestLost, .Count = 1, .Opcode = 0x0D});
+  EXPECT_EQ(rig.Pull(), UploadEnd::Complete);
+  EXPECT_EQ(rig.Asked(), (std::vector{0, 2, 1, 1}));
+  EXPECT_EQ(rig.Received(), rig.Stored(25));
+}
+
+TEST_F(Pull, AnAnswerThatComesTwiceOnASlowLineIsNotStoredTwice) {
+  UploadRig rig({.Records = 25, .BaudRate = 9600}, buffer_);
+  rig.Logger.AddFault({.Mode = FailureMode::AnswerTwice, .Count = 1, .Opcode = 0x0D});
+  EXPECT_EQ(rig.Pull(), UploadEnd::Complete);
+  EXPECT_EQ(rig.Received(), rig.Stored(25));
+}
+
+TEST_F(Pull, AnAdapterThatIsPulledOutEndsTheUploadWithoutAWait) {
+  UploadRig rig({.Records = 2500}, buffer_);
+  int blocks = 0;
+  const auto changed = [&] {
+    if (++blocks == 3) rig.Port.Unplug();
+  };
+  EXPECT_EQ(rig.Pull({[] { return true; }, changed}), UploadEnd::Failed);
+  EXPECT_EQ(rig.Received(), rig.Stored(30));
+  EXPECT_LE(rig.Loop.Ticks(), 1);
+}
+
+TEST_F(Pull, AFaultPassesThroughWhenFaultsAreNotTrapped) {
+  UploadRig rig({.Records = 2500}, buffer_);
+  rig.Link.TrapErrors = false;
+  const auto changed = [&] { rig.Port.Unplug(); };
+  EXPECT_THROW(rig.Pull({[] { return true; }, changed}), PortFault);
+}
+
+TEST_F(Pull, ALineThatNeverGoesQuietDoesNotHoldTheUploadForEver) {
+  UploadRig rig({.Records = 25}, buffer_);
+  rig.Logger.AddFault({.Mode = FailureMode::Silent, .Count = 1});
+  std::function<void()> babble = [&] {
+    rig.Port.Arrive({0x55});
+    rig.Loop.After(90, babble);
+  };
+  rig.Loop.At(1600, babble);
+  EXPECT_EQ(rig.Pull(), UploadEnd::Complete);
+  EXPECT_EQ(rig.Received(), rig.Stored(25));
+}
+
+}  // namespace
+}  // namespace tessmar

@@ -1,0 +1,159 @@
+// Uploads of many shapes from a logger with every failure that an upload can meet, alone and mixed.
+// Whatever happens, the records that arrive are the stored ones in their order, or the upload says
+// that it failed. A request that is lost is another matter, and has its own tests.
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <random>
+
+#include "history/UploadRig.h"
+
+namespace tessmar {
+namespace {
+
+using sim::FailureMode;
+using test::UploadRig;
+
+struct Shape {
+  int Analog;
+  int Pulse;
+};
+
+// With nine channels a block cannot hold the records that its limit asks for.
+constexpr std::array<Shape, 8> kShapes{
+    {{8, 2}, {1, 0}, {3, 1}, {8, 0}, {2, 2}, {5, 0}, {1, 2}, {6, 1}}};
+
+constexpr std::array<FailureMode, 10> kModes{
+    FailureMode::Silent,       FailureMode::AcknowledgeLost, FailureMode::WrongAcknowledge,
+    FailureMode::CorruptCheck, FailureMode::WrongLength,     FailureMode::JunkAhead,
+    FailureMode::BadEscape,    FailureMode::LateAnswer,      FailureMode::StopsMidFrame,
+    FailureMode::RandomLoss};
+
+struct Tally {
+  int Uploads = 0;
+  int Complete = 0;
+  int Failures = 0;
+};
+
+class UploadCampaign : public testing::Test {
+ protected:
+  void Run(const sim::LoggerOptions& options, const std::vector<sim::Fault>& faults) {
+    UploadRig rig(options, buffer_);
+    for (const sim::Fault& fault : faults) rig.Logger.AddFault(fault);
+    const UploadEnd end = rig.Pull();
+    ++tally_.Uploads;
+    tally_.Failures += rig.Upload().TotalFailures();
+    if (end == UploadEnd::Failed) return;
+    ASSERT_EQ(end, UploadEnd::Complete);
+    ++tally_.Complete;
+    ASSERT_EQ(buffer_.Count(), options.Records);
+    ASSERT_EQ(rig.Received(), rig.Stored(options.Records));
+  }
+
+  void Report(std::uint32_t seed) {
+    RecordProperty("uploads", tally_.Uploads);
+    std::printf("seed %u: %d uploads, %d complete, %d failed requests\n", seed, tally_.Uploads,
+                tally_.Complete, tally_.Failures);
+  }
+
+  HistoryBuffer buffer_;
+  Tally tally_;
+};
+
+sim::LoggerOptions OptionsFor(const Shape& shape, int records, int baud, std::uint32_t seed) {
+  return {.AnalogChannels = shape.Analog,
+          .PulseChannels = shape.Pulse,
+          .Records = records,
+          .BaudRate = baud,
+          .Seed = seed};
+}
+
+TEST_F(UploadCampaign, EachFailureAlone) {
+  constexpr std::uint32_t kSeed = 4711;
+  for (const FailureMode mode : kModes) {
+    for (const Shape& shape : kShapes) {
+      for (const int baud : {0, 9600}) {
+        SCOPED_TRACE(testing::Message()
+                     << "mode " << static_cast<int>(mode) << ", channels " << shape.Analog << "+"
+                     << shape.Pulse << ", baud " << baud << ", seed " << kSeed);
+        const auto options = OptionsFor(shape, 333, baud, kSeed);
+        Run(options, {{.Mode = mode, .Count = std::nullopt, .Rate = 0.2}});
+        if (HasFatalFailure()) return;
+      }
+    }
+  }
+  Report(kSeed);
+  EXPECT_EQ(tally_.Uploads, 160);
+  EXPECT_EQ(tally_.Complete, 160);
+  EXPECT_GT(tally_.Failures, 160);
+}
+
+TEST_F(UploadCampaign, AnswersThatComeTwice) {
+  constexpr std::uint32_t kSeed = 815;
+  for (const Shape& shape : kShapes) {
+    for (const int baud : {0, 9600, 38400, 115200}) {
+      SCOPED_TRACE(testing::Message() << "channels " << shape.Analog << "+" << shape.Pulse
+                                      << ", baud " << baud << ", seed " << kSeed);
+      Run(OptionsFor(shape, 333, baud, kSeed),
+          {{.Mode = FailureMode::AnswerTwice, .Count = std::nullopt, .Rate = 0.2}});
+      if (HasFatalFailure()) return;
+    }
+  }
+  Report(kSeed);
+  EXPECT_EQ(tally_.Complete, 32);
+}
+
+TEST_F(UploadCampaign, FailuresMixedAtRandom) {
+  for (std::uint32_t seed = 1; seed <= 120; ++seed) {
+    std::mt19937 luck(seed);
+    const auto pick = [&luck](int count) {
+      return static_cast<int>(luck() % static_cast<std::uint32_t>(count));
+    };
+    const Shape shape = kShapes[static_cast<std::size_t>(pick(8))];
+    const int baud = std::array{0, 9600, 38400}[static_cast<std::size_t>(pick(3))];
+    const auto options = OptionsFor(shape, pick(400), baud, seed);
+    std::vector<sim::Fault> faults;
+    for (int i = 0; i < 3; ++i) {
+      const double rate = 0.02 + 0.01 * pick(15);
+      faults.push_back({.Mode = kModes[static_cast<std::size_t>(pick(10))],
+                        .Count = std::nullopt,
+                        .Rate = rate});
+    }
+    SCOPED_TRACE(testing::Message()
+                 << "seed " << seed << ": channels " << shape.Analog << "+" << shape.Pulse
+                 << ", baud " << baud << ", records " << options.Records << ", modes "
+                 << static_cast<int>(faults[0].Mode) << " " << static_cast<int>(faults[1].Mode)
+                 << " " << static_cast<int>(faults[2].Mode));
+    Run(options, faults);
+    if (HasFatalFailure()) return;
+  }
+  Report(120);
+  EXPECT_GT(tally_.Complete, 110);
+}
+
+TEST_F(UploadCampaign, AFailureForGoodEndsEveryUploadAsFailed) {
+  for (const FailureMode mode :
+       {FailureMode::Silent, FailureMode::RequestLost, FailureMode::AcknowledgeLost,
+        FailureMode::WrongAcknowledge, FailureMode::CorruptCheck, FailureMode::WrongLength,
+        FailureMode::BadEscape, FailureMode::StopsMidFrame, FailureMode::IllegalBlockCount}) {
+    SCOPED_TRACE(static_cast<int>(mode));
+    Run(OptionsFor({8, 2}, 25, 0, 1), {{.Mode = mode}});
+  }
+  EXPECT_EQ(tally_.Complete, 0);
+}
+
+TEST_F(UploadCampaign, ALoggerThatIsAlwaysLateIsReadCorrectly) {
+  for (const Shape& shape : kShapes) {
+    for (const int baud : {0, 9600}) {
+      SCOPED_TRACE(testing::Message() << shape.Analog << "+" << shape.Pulse << " at " << baud);
+      Run(OptionsFor(shape, 99, baud, 1), {{.Mode = FailureMode::LateAnswer}});
+      if (HasFatalFailure()) return;
+    }
+  }
+  Report(1);
+  EXPECT_EQ(tally_.Uploads, 16);
+}
+
+}  // namespace
+}  // namespace tessmar
