@@ -28,7 +28,8 @@ class LineDevice {
   /// The host has written bytes. The clock never goes back from one call to the next.
   virtual void Receive(std::span<const std::uint8_t> bytes, Micros now) = 0;
 
-  /// Everything to be sent that was not taken yet, by rising Due. Due may lie in the future.
+  /// Everything to be sent that was not taken yet. Due may lie in the future, also beyond that of
+  /// what is taken later.
   virtual std::vector<Output> TakeOutput() = 0;
 
   /// The host has closed its port, which drops the line signals.

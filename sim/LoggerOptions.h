@@ -13,7 +13,7 @@ struct LoggerOptions {
   int PulseChannels = 2;   ///< 0 to 2.
   int Firmware = 21;       ///< 0 to 255.
   int ModelCode = 208;     ///< 0 to 255.
-  bool SampleOnDemand = true;
+  bool SampleOnDemand = false;
   int Records = 960;         ///< Stored records, 0 to 16777215.
   bool LiveRecords = false;  ///< A record is added whenever its time has come.
   bool BlankFlash = false;   ///< Never initialised: all memory erased, no records.

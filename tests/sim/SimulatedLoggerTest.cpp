@@ -26,7 +26,7 @@ TEST(SimulatedLogger, IgnoresOtherBareBytes) {
 TEST(SimulatedLogger, PastItsHandshakeIsDeafToLettersButAnswersFrames) {
   SimulatedLogger logger({.PastHandshake = true});
   EXPECT_EQ(Ask(logger, "55"), "");
-  EXPECT_EQ(Ask(logger, kAskVersion), "FA F8 0A 15 08 02 01 D0 00 00 00 4C 11 F9");
+  EXPECT_EQ(Ask(logger, kAskVersion), "FA F8 0A 15 08 02 00 D0 00 00 00 71 D1 F9");
 }
 
 TEST(SimulatedLogger, ReportsFirmwareCountsSampleOnDemandAndModel) {
@@ -34,8 +34,8 @@ TEST(SimulatedLogger, ReportsFirmwareCountsSampleOnDemandAndModel) {
                           .PulseChannels = 1,
                           .Firmware = 33,
                           .ModelCode = 220,
-                          .SampleOnDemand = false});
-  EXPECT_EQ(Ask(logger, kAskVersion), "FA F8 0A 21 02 01 00 DC 00 00 00 DA 55 F9");
+                          .SampleOnDemand = true});
+  EXPECT_EQ(Ask(logger, kAskVersion), "FA F8 0A 21 02 01 01 DC 00 00 00 E7 95 F9");
 }
 
 TEST(SimulatedLogger, ReportsItsClockInPackedDecimal) {
@@ -239,7 +239,7 @@ TEST(SimulatedLogger, AnswersARequestThatComesByteByByte) {
     logger.Receive(std::span(&byte, 1), std::chrono::seconds(1));
     answer += Text(AllOutput(logger));
   }
-  EXPECT_EQ(answer, "FA F8 0A 15 08 02 01 D0 00 00 00 4C 11 F9");
+  EXPECT_EQ(answer, "FA F8 0A 15 08 02 00 D0 00 00 00 71 D1 F9");
 }
 
 }  // namespace
