@@ -24,7 +24,7 @@ void WhenShown(const std::function<void(FMessage&)>& look) {
     auto* form = qobject_cast<FMessage*>(QApplication::activeModalWidget());
     ASSERT_NE(form, nullptr);
     look(*form);
-    form->reject();
+    if (form->isVisible()) form->reject();
   });
 }
 

@@ -1,0 +1,137 @@
+#include "ui/QtFileDialogs.h"
+
+#include <QDir>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QPointer>
+#include <utility>
+
+#include "ui/ActiveWindow.h"
+#include "ui/FileNames.h"
+#include "ui/TextTable.h"
+
+namespace tessmar {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// One word or sentence of the dialog in the language of the texts.
+QString Words(const QString& english, const QString& german) {
+  return TextLanguage() == kLanguageGerman ? german : english;
+}
+
+/// The file dialog with the program's own checks and questions in place of the toolkit's.
+class FileDialog : public QFileDialog {
+ public:
+  FileDialog(QWidget* parent, Messages& messages, const FileDialogRequest& request, AcceptMode mode)
+      : QFileDialog(parent), messages_(messages), request_(request) {
+    setObjectName(u"dlgFile"_s);
+    setOptions(DontUseNativeDialog | DontConfirmOverwrite | DontUseCustomDirectoryIcons);
+    setWindowTitle(request.Title);
+    setAccessibleName(request.Title);
+    setAcceptMode(mode);
+    setFileMode(AnyFile);
+    const QStringList filters = FileFilters(request.Filter);
+    if (!filters.isEmpty()) setNameFilters(filters);
+    LabelControls();
+    GoToStart();
+  }
+
+  /// The name taken, once the dialog was accepted.
+  const QString& Chosen() const { return chosen_; }
+
+ protected:
+  void accept() override {
+    const QStringList selected = selectedFiles();
+    if (selected.isEmpty()) return;
+    const QString name = Completed(selected.first());
+    if (QFileInfo(name).isDir()) {
+      QFileDialog::accept();  // Goes into that folder.
+      return;
+    }
+    if (!MayTake(name)) return;
+    chosen_ = name;
+    QDialog::accept();
+  }
+
+ private:
+  void LabelControls() {
+    const bool opens = acceptMode() == AcceptOpen;
+    setLabelText(LookIn, Words(u"Look in:"_s, u"Suchen in:"_s));
+    setLabelText(FileName, Words(u"File &name:"_s, u"Datei&name:"_s));
+    setLabelText(FileType, Words(u"Files of type:"_s, u"Dateityp:"_s));
+    setLabelText(Accept,
+                 opens ? Words(u"&Open"_s, u"Ö&ffnen"_s) : Words(u"&Save"_s, u"&Speichern"_s));
+    setLabelText(Reject, GetText(TextId::Cancel));
+  }
+
+  void GoToStart() {
+    const FileDialogStart start = StartOfFileDialog(request_.InitialName);
+    const bool hasFolder = !start.Folder.isEmpty() && QDir(start.Folder).exists();
+    setDirectory(hasFolder ? start.Folder : QDir::homePath());
+    if (!start.Name.isEmpty()) selectFile(start.Name);
+  }
+
+  /// The name with the default extension; an existing file to open keeps the name that it has.
+  QString Completed(const QString& name) const {
+    const QFileInfo info(name);
+    const bool isThere = info.isDir() || (acceptMode() == AcceptOpen && info.exists());
+    return isThere ? name : WithDefaultExtension(name, request_.DefaultExtension);
+  }
+
+  /// Tells the operator why not, or asks, before a name is taken.
+  bool MayTake(const QString& name) {
+    const QFileInfo info(name);
+    const QString shown = QDir::toNativeSeparators(name);
+    if (acceptMode() == AcceptOpen) {
+      if (info.exists()) return true;
+      Refuse(Words(u"The file does not exist:"_s, u"Die Datei existiert nicht:"_s), shown);
+      return false;
+    }
+    if (!info.dir().exists()) {
+      Refuse(Words(u"The folder does not exist:"_s, u"Der Ordner existiert nicht:"_s),
+             QDir::toNativeSeparators(info.path()));
+      return false;
+    }
+    if (!request_.ConfirmOverwrite || !info.exists()) return true;
+    const QString question = Words(u"The file already exists. Do you want to replace it?"_s,
+                                   u"Die Datei existiert bereits. Wollen Sie sie ersetzen?"_s);
+    return messages_.MsgBox(question + u"\r\n"_s + shown, kYesNo | kExclamation | kDefaultButton2,
+                            request_.Title) == kYes;
+  }
+
+  void Refuse(const QString& reason, const QString& name) {
+    messages_.MsgBox(reason + u"\r\n"_s + name, kOkOnly | kExclamation, request_.Title);
+  }
+
+  Messages& messages_;
+  const FileDialogRequest request_;
+  QString chosen_;
+};
+
+}  // namespace
+
+QtFileDialogs::QtFileDialogs(Messages& messages, std::function<bool()> ending)
+    : messages_(messages), ending_(std::move(ending)) {}
+
+std::optional<QString> QtFileDialogs::AskOpen(const FileDialogRequest& request) {
+  return Ask(request, Purpose::Open);
+}
+
+std::optional<QString> QtFileDialogs::AskSave(const FileDialogRequest& request) {
+  return Ask(request, Purpose::Save);
+}
+
+std::optional<QString> QtFileDialogs::Ask(const FileDialogRequest& request, Purpose purpose) {
+  if (ending_ && ending_()) return std::nullopt;
+  const auto mode = purpose == Purpose::Open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave;
+  // The window that the dialog belongs to may go while it is open, and the dialog with it.
+  const QPointer<FileDialog> dialog = new FileDialog(ActiveWindow(), messages_, request, mode);
+  const bool accepted = dialog->exec() == QDialog::Accepted && !dialog.isNull();
+  std::optional<QString> chosen;
+  if (accepted) chosen = dialog->Chosen();
+  delete dialog;
+  return chosen;
+}
+
+}  // namespace tessmar
