@@ -1,0 +1,59 @@
+#include "app/frmAbout.h"
+
+#include <QLabel>
+
+#include "ui/Pictures.h"
+#include "ui/TextTable.h"
+
+namespace tessmar {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// A line of text over the picture, its top at a percentage of the inner height.
+QLabel* LineOverPicture(QWidget* form, const QString& name, const QString& text, int topPercent) {
+  auto* label = new QLabel(text, form);
+  label->setObjectName(name);
+  label->setAccessibleName(text);
+  label->setTextFormat(Qt::PlainText);
+  label->setAlignment(Qt::AlignHCenter | Qt::AlignTop);
+  // White in every theme: the picture under it is always the same.
+  QPalette palette = label->palette();
+  palette.setColor(QPalette::WindowText, Qt::white);
+  label->setPalette(palette);
+  label->move(0, form->height() * topPercent / 100);
+  return label;
+}
+
+void Widen(QLabel* label, int width) {
+  label->resize(width, label->sizeHint().height());
+}
+
+}  // namespace
+
+frmAbout::frmAbout(const QString& title, QWidget* parent) : QDialog(parent) {
+  setObjectName(u"frmAbout"_s);
+  setWindowTitle(GetText(TextId::AboutCaption));
+  setAccessibleName(windowTitle());
+  setFixedSize(kPondPictureSize);
+
+  auto* picture = new QLabel(this);
+  picture->setObjectName(u"Picture1"_s);
+  picture->setAccessibleName(title);
+  picture->setPixmap(PondPicture(devicePixelRatioF()));
+  picture->resize(kPondPictureSize);
+
+  constexpr int kVersionTopPercent = 65;
+  constexpr int kCopyrightTopPercent = 80;
+  QLabel* version = LineOverPicture(this, u"lblVersion"_s, title, kVersionTopPercent);
+  QFont large = version->font();
+  large.setPointSizeF(large.pointSizeF() * 1.5);
+  large.setBold(true);
+  version->setFont(large);
+  Widen(version, width());
+  Widen(LineOverPicture(this, u"lblCopyright"_s, u"© the Tessmar Logger authors"_s,
+                        kCopyrightTopPercent),
+        width());
+}
+
+}  // namespace tessmar
