@@ -7,7 +7,7 @@
 
 #include "link/Fault.h"
 #include "measure/DerivedChannels.h"
-#include "measure/LiveDisplay.h"
+#include "measure/RelayVoltage.h"
 #include "measure/Sample.h"
 #include "ui/TextTable.h"
 
@@ -17,7 +17,6 @@ namespace {
 using namespace Qt::StringLiterals;
 using Kind = HistoryColumn::Kind;
 
-constexpr int kRelays = 4;
 constexpr int kRelayChannel = 1;
 constexpr std::string_view kNoValue = "---";
 constexpr std::int32_t kProgressStep = 4096;
@@ -61,7 +60,7 @@ void HistoryTable::AddColumns(bool showRelays) {
     if (settings_.Analog[static_cast<std::size_t>(channel)].Enable != 0)
       columns_.push_back({Kind::Analog, channel, {}, settings_.EngUnits(channel), 1200, true});
   }
-  for (int relay = 0; showRelays && relay < kRelays; ++relay)
+  for (int relay = 0; showRelays && relay < kRelayCount; ++relay)
     columns_.push_back({Kind::Relay, relay, {}, u"Relay %1"_s.arg(relay + 1), 950, true});
   for (int channel = 0; channel < pulseChannelCount_; ++channel) {
     if (settings_.Pulse[static_cast<std::size_t>(channel)].Enable != 0)

@@ -1,0 +1,175 @@
+#include "history/HistoryView.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QScrollBar>
+#include <algorithm>
+#include <limits>
+
+namespace tessmar {
+
+using namespace Qt::StringLiterals;
+
+HistoryView::HistoryView(QWidget* parent) : QTableView(parent), frozen_(new QTableView(this)) {
+  SetUp(*this);
+  SetUp(*frozen_);
+  frozen_->setObjectName(u"lvwHistoryFirstColumn"_s);
+  frozen_->setFocusProxy(this);
+  frozen_->setFocusPolicy(Qt::NoFocus);
+  frozen_->setFrameShape(QFrame::NoFrame);
+  frozen_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  frozen_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  frozen_->viewport()->installEventFilter(this);
+  viewport()->stackUnder(frozen_);
+
+  connect(verticalScrollBar(), &QScrollBar::valueChanged, frozen_->verticalScrollBar(),
+          &QScrollBar::setValue);
+  connect(frozen_->verticalScrollBar(), &QScrollBar::valueChanged, verticalScrollBar(),
+          &QScrollBar::setValue);
+  connect(horizontalHeader(), &QHeaderView::sectionResized, this,
+          [this](int section, int, int width) {
+            if (section != 0) return;
+            frozen_->setColumnWidth(0, width);
+            PlaceFrozen();
+          });
+  connect(frozen_->horizontalHeader(), &QHeaderView::sectionResized, this,
+          [this](int section, int, int width) {
+            if (section == 0) setColumnWidth(0, width);
+          });
+  SetRowHeight();
+}
+
+void HistoryView::SetUp(QTableView& view) {
+  view.setEditTriggers(QAbstractItemView::NoEditTriggers);
+  view.setAlternatingRowColors(true);
+  view.setWordWrap(false);
+  view.setCornerButtonEnabled(false);
+  view.setTabKeyNavigation(false);
+  view.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
+  view.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  view.verticalHeader()->hide();
+  view.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  view.horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
+  view.horizontalHeader()->setHighlightSections(false);
+}
+
+void HistoryView::SetRowHeight() {
+  const int height = fontMetrics().height() + 6;
+  verticalHeader()->setMinimumSectionSize(height);
+  verticalHeader()->setDefaultSectionSize(height);
+  frozen_->verticalHeader()->setMinimumSectionSize(height);
+  frozen_->verticalHeader()->setDefaultSectionSize(height);
+}
+
+void HistoryView::setModel(QAbstractItemModel* model) {
+  QTableView::setModel(model);
+  frozen_->setModel(model);
+  frozen_->setSelectionModel(selectionModel());
+  connect(model, &QAbstractItemModel::modelReset, this, [this] { ShowFirstColumnOnly(); });
+  ShowFirstColumnOnly();
+}
+
+void HistoryView::ShowFirstColumnOnly() {
+  const int columns = model()->columnCount();
+  frozen_->setVisible(columns > 0);
+  for (int column = 0; column < columns; ++column) frozen_->setColumnHidden(column, column != 0);
+  PlaceFrozen();
+}
+
+void HistoryView::SetColumnWidth(int column, int width) {
+  setColumnWidth(column, width);
+  if (column == 0) frozen_->setColumnWidth(0, width);
+  PlaceFrozen();
+}
+
+void HistoryView::PlaceFrozen() {
+  frozen_->horizontalHeader()->setFixedHeight(horizontalHeader()->height());
+  frozen_->setGeometry(frameWidth(), frameWidth(), columnWidth(0),
+                       viewport()->height() + horizontalHeader()->height());
+}
+
+void HistoryView::resizeEvent(QResizeEvent* event) {
+  QTableView::resizeEvent(event);
+  PlaceFrozen();
+}
+
+void HistoryView::changeEvent(QEvent* event) {
+  QTableView::changeEvent(event);
+  if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) SetRowHeight();
+}
+
+// A wheel over the frozen column scrolls the table as one over any other does.
+bool HistoryView::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Wheel) {
+    QApplication::sendEvent(viewport(), event);
+    return true;
+  }
+  return QTableView::eventFilter(watched, event);
+}
+
+void HistoryView::scrollTo(const QModelIndex& index, ScrollHint hint) {
+  // The first column is always in view, and scrolling to it would move the others.
+  if (index.column() == 0) {
+    const int left = horizontalScrollBar()->value();
+    QTableView::scrollTo(index, hint);
+    horizontalScrollBar()->setValue(left);
+    return;
+  }
+  QTableView::scrollTo(index, hint);
+}
+
+QModelIndex HistoryView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+  const QModelIndex index = QTableView::moveCursor(action, modifiers);
+  // What lies under the frozen column is in the viewport, but not in view.
+  if (index.column() > 0) {
+    const int hidden = columnWidth(0) - visualRect(index).left();
+    if (hidden > 0 && visualRect(index).right() > 0)
+      horizontalScrollBar()->setValue(horizontalScrollBar()->value() - hidden);
+  }
+  return index;
+}
+
+QString HistoryView::SelectedText() const {
+  const QItemSelection selection = selectionModel()->selection();
+  int top = std::numeric_limits<int>::max();
+  int bottom = -1;
+  int left = std::numeric_limits<int>::max();
+  int right = -1;
+  for (const QItemSelectionRange& range : selection) {
+    top = std::min(top, range.top());
+    bottom = std::max(bottom, range.bottom());
+    left = std::min(left, range.left());
+    right = std::max(right, range.right());
+  }
+
+  QString text;
+  for (int row = top; row <= bottom; ++row) {
+    QString line;
+    bool any = false;
+    for (int column = left; column <= right; ++column) {
+      if (column > left) line += u'\t';
+      const QModelIndex cell = model()->index(row, column);
+      if (!selection.contains(cell)) continue;
+      any = true;
+      line += cell.data().toString();
+    }
+    if (!any) continue;
+    if (!text.isEmpty()) text += u'\n';
+    text += line;
+  }
+  return text;
+}
+
+void HistoryView::keyPressEvent(QKeyEvent* event) {
+  if (event->matches(QKeySequence::Copy)) {
+    const QString text = SelectedText();
+    if (!text.isEmpty()) QApplication::clipboard()->setText(text);
+    event->accept();
+    return;
+  }
+  QTableView::keyPressEvent(event);
+}
+
+}  // namespace tessmar

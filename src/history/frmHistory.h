@@ -1,0 +1,72 @@
+#pragma once
+
+#include <QDialog>
+#include <QString>
+
+#include "history/HistoryBuffer.h"
+#include "history/HistoryTable.h"
+#include "history/HistoryTableModel.h"
+#include "link/LinkState.h"
+#include "settings/LoggerSettings.h"
+#include "ui/Clock.h"
+#include "ui/FileDialogs.h"
+#include "ui/MainScreen.h"
+#include "ui/Messages.h"
+#include "ui/SystemLocale.h"
+
+class QLabel;
+class QProgressBar;
+class QPushButton;
+
+namespace tessmar {
+
+class HistoryView;
+
+/// What the viewer works with. All of it must outlive the viewer.
+struct HistoryViewerParts {
+  const HistoryBuffer& Buffer;
+  const LoggerSettings& Settings;
+  const LinkState& Link;
+  MainScreen& Screen;  ///< Gives the caption of lblLoggerName, shows the wait cursor.
+  Messages& Message;
+  FileDialogs& Dialogs;
+  const Clock& Time;
+  const SystemLocale& Locale;
+  QString& CsvDateTimeSingleColumn;  ///< Empty for date and time in separate columns.
+  bool RelayDisplayEnabled = false;
+  QString AppPath;  ///< The folder that the save dialog begins in, without a trailing separator.
+};
+
+/// The historical data viewer. The table is built when the form is made, and keeps the settings as
+/// they were then.
+class frmHistory : public QDialog {
+ public:
+  explicit frmHistory(const HistoryViewerParts& parts, QWidget* parent = nullptr);
+
+ private:
+  void BuildControls();
+  void BuildLayout();
+  void FillList(bool pack);
+  void ShowTable(HistoryTable table);
+  void SizeToColumns();
+  void ShowBar(int minimum, int maximum);
+  void SaveTable(const QString& path);
+  void cmdOK_Click();
+  void cmdOptions_Click();
+  void cmdPack_Click();
+  void cmdSave_Click();
+
+  HistoryViewerParts parts_;
+  HistoryTableModel model_;
+
+  HistoryView* lvwHistory_;
+  QProgressBar* progressBar_;
+  QLabel* lblNumRecords_;
+  QLabel* lblLoggerName_;
+  QPushButton* cmdOK_;
+  QPushButton* cmdOptions_;
+  QPushButton* cmdPack_;
+  QPushButton* cmdSave_;
+};
+
+}  // namespace tessmar
