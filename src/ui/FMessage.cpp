@@ -1,6 +1,7 @@
 #include "ui/FMessage.h"
 
 #include <QAccessible>
+#include <QFontMetrics>
 #include <QGuiApplication>
 #include <QKeyEvent>
 #include <QLabel>
@@ -136,8 +137,10 @@ int FMessage::ShownButtons() const {
 }
 
 int FMessage::ButtonWidth() const {
+  const QFontMetrics metrics(cmdButton_.front()->font());
   const int margins = 2 * (style()->pixelMetric(QStyle::PM_ButtonMargin) +
-                           style()->pixelMetric(QStyle::PM_DefaultFrameWidth));
+                           style()->pixelMetric(QStyle::PM_DefaultFrameWidth)) +
+                      metrics.averageCharWidth();
   double widest = 0;
   for (const QString& caption : buttonText_) {
     widest = std::max(widest, OneLineWidth(caption, cmdButton_.front()->font()));

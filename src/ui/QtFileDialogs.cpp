@@ -3,7 +3,9 @@
 #include <QDir>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QHeaderView>
 #include <QPointer>
+#include <QTreeView>
 #include <utility>
 
 #include "ui/ActiveWindow.h"
@@ -35,6 +37,12 @@ class FileDialog : public QFileDialog {
     if (!filters.isEmpty()) setNameFilters(filters);
     LabelControls();
     GoToStart();
+    // Room for the dates in the list of files.
+    if (auto* list = findChild<QTreeView*>(u"treeView"_s)) {
+      list->header()->setStretchLastSection(true);
+    }
+    const QSize usual = sizeHint();
+    resize(usual.width() * 5 / 4, usual.height());
   }
 
   /// The name taken, once the dialog was accepted.
