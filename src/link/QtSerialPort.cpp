@@ -1,0 +1,140 @@
+#include "link/QtSerialPort.h"
+
+#include "link/Fault.h"
+
+namespace tessmar {
+namespace {
+
+/// More than any reply; a device that talks on and on must not fill the memory.
+constexpr std::size_t kInputLimit = 64 * 1024;
+
+/// A pseudo-terminal has no line signals, and says so each time; everything else that fails on an
+/// open port means that the device is gone.
+bool IsHarmless(QSerialPort::SerialPortError error) {
+  return error == QSerialPort::NoError || error == QSerialPort::UnsupportedOperationError ||
+         error == QSerialPort::TimeoutError;
+}
+
+}  // namespace
+
+int SpeedOf(const QString& settings) {
+  bool isNumber = false;
+  const int speed = settings.section(u',', 0, 0).trimmed().toInt(&isNumber);
+  if (!isNumber || speed <= 0) throw ConversionFault("the settings text has no speed");
+  return speed;
+}
+
+QtSerialPort::QtSerialPort(PortMap ports) : ports_(std::move(ports)) {
+  connect(&port_, &QSerialPort::readyRead, this, [this] { TakeArrived(); });
+  connect(&port_, &QSerialPort::errorOccurred, this,
+          [this](QSerialPort::SerialPortError error) { OnError(error); });
+}
+
+void QtSerialPort::Open(std::int16_t number, const QString& settings) {
+  Close();
+  const int speed = SpeedOf(settings);
+  const QString device = ports_.Device(number);
+  if (device.isEmpty()) throw PortFault("no device has this port number");
+  port_.setPortName(device);
+  port_.setBaudRate(speed);
+  port_.setDataBits(QSerialPort::Data8);
+  port_.setParity(QSerialPort::NoParity);
+  port_.setStopBits(QSerialPort::OneStop);
+  port_.setFlowControl(QSerialPort::NoFlowControl);
+  if (!port_.open(QIODevice::ReadWrite)) throw PortFault(port_.errorString().toStdString());
+  port_.clear();
+  number_ = number;
+  settings_ = settings;
+}
+
+void QtSerialPort::Close() {
+  isGone_ = false;
+  if (port_.isOpen()) port_.close();
+  input_.clear();
+  taken_ = 0;
+}
+
+int QtSerialPort::InputCount() const {
+  return IsOpen() ? static_cast<int>(input_.size() - taken_) : 0;
+}
+
+void QtSerialPort::DiscardInput() {
+  RequireOpen();
+  port_.clear(QSerialPort::Input);
+  input_.clear();
+  taken_ = 0;
+}
+
+std::uint8_t QtSerialPort::ReadByte() {
+  RequireOpen();
+  if (taken_ == input_.size()) throw PortFault("nothing to read");
+  const std::uint8_t byte = input_[taken_++];
+  if (taken_ == input_.size()) {
+    input_.clear();
+    taken_ = 0;
+  }
+  return byte;
+}
+
+std::vector<std::uint8_t> QtSerialPort::ReadAll() {
+  RequireOpen();
+  std::vector<std::uint8_t> all(input_.begin() + static_cast<std::ptrdiff_t>(taken_), input_.end());
+  input_.clear();
+  taken_ = 0;
+  return all;
+}
+
+void QtSerialPort::Write(std::span<const std::uint8_t> bytes) {
+  RequireOpen();
+  port_.write(reinterpret_cast<const char*>(bytes.data()), static_cast<qint64>(bytes.size()));
+  // Out at once, and not when the message loop runs next.
+  port_.flush();
+  RequireOpen();
+}
+
+void QtSerialPort::SetDtr(bool on) {
+  RequireOpen();
+  port_.setDataTerminalReady(on);
+}
+
+void QtSerialPort::SetRts(bool on) {
+  RequireOpen();
+  // With RTS/CTS handshaking the line is the driver's.
+  if (port_.flowControl() == QSerialPort::HardwareControl) return;
+  port_.setRequestToSend(on);
+}
+
+void QtSerialPort::SetHandshaking(Handshaking handshaking) {
+  RequireOpen();
+  port_.setFlowControl(handshaking == Handshaking::RtsCts ? QSerialPort::HardwareControl
+                                                          : QSerialPort::NoFlowControl);
+}
+
+void QtSerialPort::TakeArrived() {
+  input_.erase(input_.begin(), input_.begin() + static_cast<std::ptrdiff_t>(taken_));
+  taken_ = 0;
+  const std::size_t held = input_.size();
+  const qint64 arrived = port_.bytesAvailable();
+  input_.resize(held + static_cast<std::size_t>(arrived));
+  port_.read(reinterpret_cast<char*>(input_.data() + held), arrived);
+  if (input_.size() > kInputLimit) input_.resize(kInputLimit);
+}
+
+void QtSerialPort::OnError(QSerialPort::SerialPortError error) {
+  if (IsHarmless(error) || isGone_ || !port_.isOpen()) return;
+  isGone_ = true;
+  // The port is in the middle of telling of the error, so it is closed behind that; left open it
+  // would tell of it again and again.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (isGone_) Close();
+      },
+      Qt::QueuedConnection);
+}
+
+void QtSerialPort::RequireOpen() const {
+  if (!IsOpen()) throw PortFault("the port is closed");
+}
+
+}  // namespace tessmar

@@ -1,0 +1,76 @@
+#include "link/QtMessageLoop.h"
+
+#include <gtest/gtest.h>
+
+#include <QCoreApplication>
+#include <QTimer>
+
+#include "link/Comm.h"
+#include "support/FakeSerialPort.h"
+
+namespace tessmar::test {
+namespace {
+
+TEST(QtMessageLoop, HandlesWhatIsThere) {
+  QtMessageLoop loop;
+  bool ran = false;
+  QMetaObject::invokeMethod(
+      &loop, [&] { ran = true; }, Qt::QueuedConnection);
+  loop.RunOnce();
+  EXPECT_TRUE(ran);
+}
+
+TEST(QtMessageLoop, SleepsUntilSomethingComes) {
+  QtMessageLoop loop;
+  loop.RunPending();
+  bool ran = false;
+  QTimer::singleShot(10, &loop, [&] { ran = true; });
+  int turns = 0;
+  for (; !ran && turns < 100; ++turns) loop.RunOnce();
+  EXPECT_TRUE(ran);
+  EXPECT_LE(turns, 5);
+}
+
+TEST(QtMessageLoop, ComesBackFromSleepWithoutAnyTimer) {
+  QtMessageLoop loop;
+  loop.RunPending();
+  loop.RunOnce();
+  SUCCEED();
+}
+
+TEST(QtMessageLoop, KnowsThatItRuns) {
+  QtMessageLoop loop;
+  bool inside = false;
+  QMetaObject::invokeMethod(
+      &loop, [&] { inside = loop.IsRunningOnce(); }, Qt::QueuedConnection);
+  EXPECT_FALSE(loop.IsRunningOnce());
+  loop.RunOnce();
+  EXPECT_TRUE(inside);
+  EXPECT_FALSE(loop.IsRunningOnce());
+}
+
+TEST(QtMessageLoop, DoesNotSleepOnceTheProgramIsEnding) {
+  QtMessageLoop loop;
+  EXPECT_FALSE(loop.Ending());
+  loop.End();
+  EXPECT_TRUE(loop.Ending());
+  for (int turn = 0; turn < 10'000; ++turn) loop.RunOnce();
+}
+
+TEST(QtMessageLoop, EndsAWaitWhenTheApplicationIsAskedToQuit) {
+  QtMessageLoop loop;
+  FakeSerialPort port;
+  port.Open(3, QStringLiteral("38400,N,8,1"));
+  LinkState link;
+  Comm comm(port, loop, link);
+  QTimer::singleShot(0, &loop, [&] {
+    QTimer::singleShot(10, &loop, [] { QCoreApplication::quit(); });
+    // No timer lowers the ticks here, so that only the end of the program can end the wait.
+    comm.WaitForBytes(450, 0);
+    EXPECT_TRUE(loop.Ending());
+  });
+  QCoreApplication::exec();
+}
+
+}  // namespace
+}  // namespace tessmar::test
