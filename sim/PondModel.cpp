@@ -100,9 +100,9 @@ double PondModel::Weather(std::uint32_t stream, CivilSeconds time, CivilSeconds 
 }
 
 std::int64_t PondModel::RainInFiveMinutes(std::int64_t slot) const {
-  const double spell = Weather(kSpells, slot * kRainSlot, 9 * kHour) - 0.45;
+  const double spell = Weather(kSpells, slot * kRainSlot, 9 * kHour) - 0.6;
   if (spell <= 0) return 0;
-  return static_cast<std::int64_t>(9 * spell * Hashed(seed_, kDrops, slot) + 0.4);
+  return static_cast<std::int64_t>(5 * spell * Hashed(seed_, kDrops, slot) + 0.3);
 }
 
 }  // namespace tessmar::sim

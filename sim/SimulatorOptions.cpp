@@ -119,7 +119,7 @@ LoggerOptions ReadLogger(const OptionReader& reader, const QDateTime& now) {
   logger.BlankFlash = reader.Has(u"blank"_s);
   logger.TwelveHourClock = reader.Has(u"twelve-hour"_s);
   logger.PastHandshake = reader.Has(u"past-handshake"_s);
-  logger.BaudRate = reader.Number(u"baud"_s, 0, 0, 4'000'000);
+  logger.BaudRate = reader.Number(u"baud"_s, 0, 300, 4'000'000);
   logger.Seed =
       static_cast<std::uint32_t>(reader.Number(u"seed"_s, 1, 0, std::numeric_limits<int>::max()));
   logger.Name = ReadName(reader, logger.Name);
