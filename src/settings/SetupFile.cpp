@@ -1,0 +1,328 @@
+#include "settings/SetupFile.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <span>
+
+#include "link/Fault.h"
+#include "settings/Numbers.h"
+
+namespace tessmar {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr auto kLineEnd = "\r\n"_L1;
+
+/// What is written, and for which channel.
+struct WriteSide {
+  const SetupFileHead& Head;
+  const LinkState& Link;
+  const LoggerSettings& Settings;
+  int Channel;
+};
+/// The value of a line, and where it goes.
+struct ReadSide {
+  const QString& Value;
+  const QLocale& Locale;
+  LoggerSettings& Settings;
+  int Channel;
+};
+
+/// One key of the file. A key that is not read is known all the same.
+struct KeyRow {
+  const char* Key;
+  QString (*Write)(const WriteSide&);
+  void (*Read)(const ReadSide&);
+};
+
+// The type of a field decides how its value is written and read.
+
+template <typename Integer>
+QString ToValue(Integer field) {
+  return QString::number(field);
+}
+QString ToValue(double field) {
+  return FormatInvariantNumber(field);
+}
+QString ToValue(const QString& field) {
+  return field;
+}
+
+template <typename Integer>
+void FromValue(const ReadSide& side, Integer& field) {
+  std::int32_t value = 0;
+  if (!TryParseInteger(side.Value, side.Locale, value) ||
+      value < std::numeric_limits<Integer>::min() || value > std::numeric_limits<Integer>::max()) {
+    throw ConversionFault("a value of the setup file does not fit its field");
+  }
+  field = static_cast<Integer>(value);
+}
+void FromValue(const ReadSide& side, double& field) {
+  QString text = side.Value;
+  field = ParseInvariantNumber(text);
+}
+void FromValue(const ReadSide& side, QString& field) {
+  field = side.Value;
+}
+
+// The record that a field belongs to decides where it is found.
+
+template <typename Table>
+auto& EntryOf(Table& table, int channel) {
+  if (channel < 0 || channel >= static_cast<int>(table.size())) {
+    throw RangeFault("the setup file names a channel that does not exist");
+  }
+  return table[channel];
+}
+template <typename Settings, typename T>
+auto& Field(Settings& settings, int /*channel*/, T LoggerSettings::*field) {
+  return settings.*field;
+}
+template <typename Settings, typename T>
+auto& Field(Settings& settings, int /*channel*/, T DoSettings::*field) {
+  return settings.Do.*field;
+}
+template <typename Settings, typename T>
+auto& Field(Settings& settings, int channel, T AnalogChannelSettings::*field) {
+  return EntryOf(settings.Analog, channel).*field;
+}
+template <typename Settings, typename T>
+auto& Field(Settings& settings, int channel, T PulseChannelSettings::*field) {
+  return EntryOf(settings.Pulse, channel).*field;
+}
+template <typename Settings, typename T>
+auto& Field(Settings& settings, int channel, T AlarmSettings::*field) {
+  return EntryOf(settings.Alarm, channel).*field;
+}
+
+template <auto Member>
+QString WriteField(const WriteSide& side) {
+  return ToValue(Field(side.Settings, side.Channel, Member));
+}
+template <auto Member>
+void ReadField(const ReadSide& side) {
+  FromValue(side, Field(side.Settings, side.Channel, Member));
+}
+template <auto Member>
+constexpr KeyRow Row(const char* key) {
+  return {key, WriteField<Member>, ReadField<Member>};
+}
+
+// Units and places go into the sequence of ten, so that channels 8 and 9 of an analog section and
+// channels from -8 on of a digital section reach the other kind.
+
+template <int First>
+void ReadUnits(const ReadSide& side) {
+  FromValue(side, side.Settings.EngUnits(side.Channel + First));
+}
+template <int First>
+void ReadPlaces(const ReadSide& side) {
+  FromValue(side, side.Settings.DecPlaces(side.Channel + First));
+}
+
+using A = AnalogChannelSettings;
+using D = DoSettings;
+using L = LoggerSettings;
+using P = PulseChannelSettings;
+using T = AlarmSettings;
+
+constexpr std::array kHeadRows{
+    KeyRow{"Program", [](const WriteSide& s) { return s.Head.Program; }, nullptr},
+    KeyRow{"Version", [](const WriteSide& s) { return s.Head.Version; }, nullptr},
+    KeyRow{"Date", [](const WriteSide& s) { return s.Head.Date; }, nullptr},
+    KeyRow{"Time", [](const WriteSide& s) { return s.Head.Time; }, nullptr},
+    Row<&L::LoggerName>("LoggerName"),
+    Row<&L::SampleInterval>("SampleInterval"),
+    KeyRow{"NumAnalogChannels",
+           [](const WriteSide& s) { return ToValue(s.Link.AnalogChannelCount); }, nullptr},
+    KeyRow{"NumDigitalChannels",
+           [](const WriteSide& s) { return ToValue(s.Link.PulseChannelCount); }, nullptr},
+    Row<&L::DataWrapAroundFlag>("DataWrapAroundFlag"),
+    Row<&L::SensorWarmupTime>("SensorWarmupTime"),
+    Row<&L::LoggingStyle>("LoggingStyle"),
+    Row<&L::Deadband>("Deadband"),
+    Row<&L::EnableSOD>("EnableSOD"),
+    Row<&L::FixedBaudRate>("FixedBaudRate"),
+};
+
+constexpr std::array kAnalogRows{
+    Row<&A::Enable>("Enable"),
+    KeyRow{"EngUnits", WriteField<&A::EngUnits>, ReadUnits<0>},
+    KeyRow{"DecPlaces", WriteField<&A::DecPlaces>, ReadPlaces<0>},
+    Row<&A::RawScaleLower>("RawScaleLower"),
+    Row<&A::RawScaleUpper>("RawScaleUpper"),
+    Row<&A::LowerLimit>("LowerLimit"),
+    Row<&A::UpperLimit>("UpperLimit"),
+    Row<&A::DisplayTop>("DisplayTop"),
+    Row<&A::DisplayBottom>("DisplayBottom"),
+};
+
+constexpr std::array kDigitalRows{
+    Row<&P::Enable>("Enable"),
+    KeyRow{"EngUnits", WriteField<&P::EngUnits>, ReadUnits<kAnalogChannels>},
+    KeyRow{"DecPlaces", WriteField<&P::DecPlaces>, ReadPlaces<kAnalogChannels>},
+    Row<&P::PulseUnit>("PulseUnit"),
+};
+
+constexpr std::array kAlarmRows{
+    Row<&T::Enable>("Enable"),
+    Row<&T::AlarmSec>("AlarmSec"),
+    Row<&T::AlarmMin>("AlarmMin"),
+    Row<&T::AlarmHour>("AlarmHour"),
+};
+
+constexpr std::array kDoRows{
+    Row<&D::PO2Channel>("PO2Channel"),
+    Row<&D::PO2Units>("PO2Units"),
+    Row<&D::WaterTempChannel>("WaterTempChannel"),
+    Row<&D::WaterTempUnits>("WaterTempUnits"),
+    Row<&D::ConductivityManualEntry>("ConductivityManualEntry"),
+    Row<&D::ConductivityManual>("ConductivityManual"),
+    Row<&D::ConductivityManualEntryUnits>("ConductivityManualEntryUnits"),
+    Row<&D::ConductivityChannel>("ConductivityChannel"),
+    Row<&D::ConductivityUnits>("ConductivityUnits"),
+    Row<&D::AirPressureManualEntry>("AirPressureManualEntry"),
+    Row<&D::AirPressureManual>("AirPressureManual"),
+    Row<&D::AirPressureManualEntryUnits>("AirPressureManualEntryUnits"),
+    Row<&D::AirPressureChannel>("AirPressureChannel"),
+    Row<&D::AirPressureUnits>("AirPressureUnits"),
+    Row<&D::EnableSalinityDisplay>("EnableSalinityDisplay"),
+    Row<&D::SalinityDisplayChannel>("SalinityDisplayChannel"),
+    Row<&D::EnableO2SaturationDisplay>("EnableO2SaturationDisplay"),
+    Row<&D::O2SaturationDisplayChannel>("O2SaturationDisplayChannel"),
+    Row<&D::EnableO2ConcentrationDisplay>("EnableO2ConcentrationDisplay"),
+    Row<&D::O2ConcentrationDisplayChannel>("O2ConcentrationDisplayChannel"),
+    Row<&D::O2ConcentrationDisplayUnits>("O2ConcentrationDisplayUnits"),
+};
+
+using KeyRows = std::span<const KeyRow>;
+
+/// One kind of section, written once for each channel.
+struct SectionKind {
+  const char* Title;
+  const char* Beginning;  ///< The title is known by this; null for one that counts as none.
+  int Channels;           ///< 0 for a section that has no Channel line.
+  KeyRows Rows;
+};
+
+constexpr std::array kSections{
+    SectionKind{"Analog Channel", "Analog", kAnalogChannels, kAnalogRows},
+    SectionKind{"Digital Channel", "Digital", kPulseChannels, kDigitalRows},
+    SectionKind{"Alarm", "Alarm", kAlarms, kAlarmRows},
+    SectionKind{"DO", nullptr, 0, kDoRows},
+};
+
+constexpr auto kChannelKey = "Channel"_L1;
+/// The keys that stand in sections of several kinds.
+constexpr std::array kSharedKeys{"Enable"_L1, "EngUnits"_L1, "DecPlaces"_L1};
+
+void AppendLine(QString& text, QLatin1StringView key, const QString& value) {
+  text += key + u'=' + value + kLineEnd;
+}
+
+void AppendRows(QString& text, KeyRows rows, const WriteSide& side) {
+  for (const KeyRow& row : rows) AppendLine(text, QLatin1StringView(row.Key), row.Write(side));
+}
+
+const KeyRow* FindKey(KeyRows rows, const QString& key) {
+  const auto row = std::find_if(rows.begin(), rows.end(), [&](const KeyRow& candidate) {
+    return key == QLatin1StringView(candidate.Key);
+  });
+  return row == rows.end() ? nullptr : &*row;
+}
+
+QString WithoutBlanks(const QString& text) {
+  qsizetype first = 0;
+  qsizetype end = text.size();
+  while (first < end && text.at(first) == u' ') ++first;
+  while (end > first && text.at(end - 1) == u' ') --end;
+  return text.mid(first, end - first);
+}
+
+/// Takes a setup file line by line.
+class LineReader {
+ public:
+  LineReader(const QLocale& locale, LoggerSettings& settings)
+      : locale_(locale), settings_(settings) {}
+
+  void Take(const QString& line) {
+    if (line.startsWith(u'[')) {
+      TakeSection(line.mid(1));
+      return;
+    }
+    // A key has two characters at least.
+    constexpr qsizetype kShortestKey = 2;
+    const qsizetype equals = line.indexOf(u'=');
+    if (equals >= kShortestKey) TakeValue(line.left(equals), WithoutBlanks(line.mid(equals + 1)));
+  }
+
+ private:
+  void TakeSection(const QString& title) {
+    const auto kind = std::find_if(kSections.begin(), kSections.end(), [&](const SectionKind& row) {
+      return row.Beginning != nullptr && title.startsWith(QLatin1StringView(row.Beginning));
+    });
+    section_ = kind == kSections.end() ? KeyRows{} : kind->Rows;
+  }
+
+  void TakeValue(const QString& key, const QString& value) {
+    if (key == kChannelKey) {
+      FromValue({value, locale_, settings_, channel_}, channel_);
+      return;
+    }
+    const KeyRow* row = FindRow(key);
+    if (row != nullptr && row->Read != nullptr) row->Read({value, locale_, settings_, channel_});
+  }
+
+  const KeyRow* FindRow(const QString& key) const {
+    if (std::find(kSharedKeys.begin(), kSharedKeys.end(), key) != kSharedKeys.end()) {
+      return FindKey(section_, key);
+    }
+    const KeyRow* row = FindKey(kHeadRows, key);
+    for (const SectionKind& kind : kSections) {
+      if (row == nullptr) row = FindKey(kind.Rows, key);
+    }
+    return row;
+  }
+
+  const QLocale& locale_;
+  LoggerSettings& settings_;
+  KeyRows section_;
+  std::int16_t channel_ = 0;
+};
+
+}  // namespace
+
+QByteArray WriteSetupFile(const SetupFileHead& head, const LinkState& link,
+                          const LoggerSettings& settings) {
+  QString text;
+  AppendRows(text, kHeadRows, {head, link, settings, 0});
+  for (const SectionKind& kind : kSections) {
+    const QString title = u'[' + QLatin1StringView(kind.Title) + u']' + kLineEnd;
+    if (kind.Channels == 0) {
+      text += title;
+      AppendRows(text, kind.Rows, {head, link, settings, 0});
+    }
+    for (int channel = 0; channel < kind.Channels; ++channel) {
+      text += title;
+      AppendLine(text, kChannelKey, QString::number(channel));
+      AppendRows(text, kind.Rows, {head, link, settings, channel});
+    }
+  }
+  return text.toLatin1();
+}
+
+void ReadSetupFile(const QByteArray& file, const QLocale& locale, LoggerSettings& settings) {
+  LineReader reader(locale, settings);
+  const QString text = QString::fromLatin1(file);
+  qsizetype start = 0;
+  while (start < text.size()) {
+    qsizetype end = start;
+    while (end < text.size() && text.at(end) != u'\r' && text.at(end) != u'\n') ++end;
+    reader.Take(text.mid(start, end - start));
+    start = end + 1;
+  }
+}
+
+}  // namespace tessmar
