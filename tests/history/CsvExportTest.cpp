@@ -1,0 +1,287 @@
+#include "history/CsvExport.h"
+
+#include <gtest/gtest.h>
+
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <cmath>
+#include <random>
+
+#include "history/TableRig.h"
+#include "link/Fault.h"
+#include "ui/TextTable.h"
+
+namespace tessmar {
+namespace {
+
+using namespace Qt::StringLiterals;
+using test::kMinute;
+using test::kStamp;
+using test::TableRig;
+
+const QDateTime kSaved(QDate(2010, 12, 27), QTime(15, 5, 12));
+
+QByteArray Golden(const QString& name) {
+  QFile file(QStringLiteral(TESSMAR_TEST_DATA) + u'/' + name);
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << name.toStdString();
+  return file.readAll();
+}
+
+QByteArray Written(const HistoryTable& table, const QString& name, bool singleColumn) {
+  QBuffer buffer;
+  buffer.open(QIODevice::WriteOnly);
+  WriteCsv(buffer, table, {name, kSaved, singleColumn}, [](std::int32_t) {});
+  return buffer.data();
+}
+
+/// Two analog channels and a pulse channel.
+TableRig Well(int records) {
+  TableRig rig(2, 1);
+  rig.EnableAnalog(0, u"%"_s);
+  rig.EnableAnalog(1, u"Volts"_s);
+  rig.EnablePulse(0, u"Pulses"_s, 1, 0);
+  const std::array<std::array<int, 3>, 5> words{{{4120, 1285, 103},
+                                                 {4135, 1285, 104},
+                                                 {4135, 1285, 104},
+                                                 {4135, 1285, 104},
+                                                 {4120, 1285, 104}}};
+  for (std::size_t i = 0; i < static_cast<std::size_t>(records); ++i)
+    rig.Add(kStamp + static_cast<std::uint32_t>(i) * kMinute,
+            {words[i][0], words[i][1], words[i][2]});
+  return rig;
+}
+
+struct Language {
+  const char* Name;
+  std::int16_t Number;
+  SystemLocale Locale;
+};
+
+std::vector<Language> Languages() {
+  return {{"en", kLanguageEnglish, test::American()}, {"de", kLanguageGerman, test::German()}};
+}
+
+class CsvGolden : public testing::Test {
+ protected:
+  void TearDown() override { SetTextLanguage(kLanguageEnglish); }
+
+  void Compare(int records, bool pack, const QString& suffix) {
+    for (const Language& language : Languages()) {
+      SetTextLanguage(language.Number);
+      TableRig rig = Well(records);
+      rig.Locale = language.Locale;
+      const HistoryTable table = pack ? rig.PackedTable() : rig.Table();
+      for (const bool single : {false, true}) {
+        const QString file = QLatin1StringView(language.Name) +
+                             (single ? u"-one-column"_s : u"-two-columns"_s) + suffix + u".csv"_s;
+        EXPECT_EQ(Written(table, u"Well 7"_s, single), Golden(file)) << file.toStdString();
+      }
+    }
+  }
+};
+
+TEST_F(CsvGolden, ManyRows) {
+  Compare(5, false, u""_s);
+}
+TEST_F(CsvGolden, ManyRowsPacked) {
+  Compare(5, true, u"-packed"_s);
+}
+TEST_F(CsvGolden, OneRow) {
+  Compare(1, false, u"-one-row"_s);
+}
+TEST_F(CsvGolden, OneRowPacked) {
+  Compare(1, true, u"-one-row"_s);
+}
+TEST_F(CsvGolden, NoRowsStillGiveTheFirstTwoLines) {
+  Compare(0, false, u"-no-rows"_s);
+}
+
+TEST_F(CsvGolden, ACommaInTheLoggerNameIsNotProtected) {
+  const TableRig rig = Well(1);
+  EXPECT_EQ(Written(rig.Table(), u"Well 7, North"_s, false), Golden(u"comma-in-name.csv"_s));
+}
+
+TEST_F(CsvGolden, AnEmptyLoggerNameMakesTheFileBeginWithAComma) {
+  const TableRig rig = Well(1);
+  EXPECT_EQ(Written(rig.Table(), u""_s, false), Golden(u"empty-name.csv"_s));
+}
+
+TEST_F(CsvGolden, WithoutDataColumnsOnlyDateAndTimeAreWritten) {
+  TableRig rig(2, 0);
+  rig.Add(kStamp, {1, 2});
+  EXPECT_EQ(Written(rig.Table(), u"Well 7"_s, false), Golden(u"no-data-columns.csv"_s));
+}
+
+TEST_F(CsvGolden, NamesAndUnitsAreInUtf8AndCommasInHeadingsStay) {
+  SetTextLanguage(kLanguageGerman);
+  TableRig rig(2, 0);
+  rig.Locale = test::German();
+  rig.EnableAnalog(0, u"°C"_s);
+  rig.EnableAnalog(1, u"a,b"_s);
+  rig.Settings.Do.EnableSalinityDisplay = 1;
+  rig.Settings.Do.SalinityDisplayChannel = 1;
+  rig.Settings.Do.ConductivityChannel = 7;
+  rig.Add(kStamp, {1250, 0});
+  EXPECT_EQ(Written(rig.Table(), u"Mühlteich"_s, false), Golden(u"units-beyond-ascii.csv"_s));
+}
+
+TEST(WriteCsv, ChangingTheOptionBetweenTwoSavesChangesOnlyTheDateAndTimeColumns) {
+  const TableRig rig = Well(5);
+  const HistoryTable table = rig.Table();
+  const QByteArray two = Written(table, u"Well 7"_s, false);
+  QByteArray one = Written(table, u"Well 7"_s, true);
+  EXPECT_NE(one, two);
+  one.replace("Date Time", "Date, Time");
+  one.replace("12/26/10 ", "12/26/10, ");
+  EXPECT_EQ(one, two);
+}
+
+TEST(WriteCsv, ARecordWithoutATimeHasAnEmptyOne) {
+  TableRig rig = Well(0);
+  LiveSample record;
+  record.Value = {100, 200, 3};
+  rig.Buffer.Append(record);
+  EXPECT_TRUE(Written(rig.Table(), u"n"_s, false).endsWith("\r\n, , 1.00, 2.00, 3\r\n"));
+  EXPECT_TRUE(Written(rig.Table(), u"n"_s, true).endsWith("\r\n, 1.00, 2.00, 3\r\n"));
+}
+
+TEST(WriteCsv, TellsTheRowsAsItGoes) {
+  TableRig rig = Well(0);
+  for (int i = 0; i < 10000; ++i) rig.Add(kStamp, {i, 0, 0});
+  QBuffer buffer;
+  buffer.open(QIODevice::WriteOnly);
+  std::vector<std::int32_t> rows;
+  WriteCsv(buffer, rig.Table(), {u"n"_s, kSaved, false},
+           [&](std::int32_t row) { rows.push_back(row); });
+  EXPECT_EQ(rows.front(), 1);
+  EXPECT_EQ(rows.back(), 10000);
+  EXPECT_TRUE(std::is_sorted(rows.begin(), rows.end()));
+  EXPECT_LT(rows.size(), 10U);
+}
+
+/// What an independent reader makes of a file: one line for each row, its fields joined by tabs.
+QStringList ReadBack(const QString& path) {
+  const QString script =
+      u"import csv, sys\n"
+      u"rows = csv.reader(open(sys.argv[1], newline='', encoding='utf-8'), skipinitialspace=True)\n"
+      u"sys.stdout.write('\\n'.join('\\t'.join(row) for row in rows))\n"_s;
+  QProcess reader;
+  reader.start(u"python3"_s, {u"-c"_s, script, path});
+  EXPECT_TRUE(reader.waitForFinished(60000));
+  EXPECT_EQ(reader.exitCode(), 0) << reader.readAllStandardError().toStdString();
+  return QString::fromUtf8(reader.readAllStandardOutput()).split(u'\n');
+}
+
+class SaveCsvFile : public testing::Test {
+ protected:
+  QString Path() const { return folder_.filePath(u"history.csv"_s); }
+  void Save(const HistoryTable& table, bool singleColumn = false) {
+    SaveCsv(Path(), table, {u"Well 7"_s, kSaved, singleColumn}, [](std::int32_t) {});
+  }
+  QTemporaryDir folder_;
+};
+
+TEST_F(SaveCsvFile, IsReadByAnIndependentReaderWithTheSameNumbers) {
+  TableRig rig(8, 2);
+  for (std::size_t channel = 0; channel < 8; ++channel) {
+    rig.EnableAnalog(channel, u"u%1"_s.arg(channel), static_cast<int>(channel) % 7);
+    rig.Settings.Analog[channel].LowerLimit = -50;
+  }
+  rig.EnablePulse(0, u"Inches"_s, 0.01, 2);
+  rig.EnablePulse(1, u"Gallons"_s, 2.5, 1);
+  std::mt19937 luck(20101226);
+  constexpr int kRecords = 3000;
+  for (std::uint32_t i = 0; i < kRecords; ++i) {
+    LiveSample record;
+    record.PackedTime = kStamp + (i % 10) * kMinute;
+    record.HasTime = true;
+    for (std::int32_t& word : record.Value) word = static_cast<std::int32_t>(luck() % 65536);
+    rig.Buffer.Append(record);
+  }
+  Save(rig.Table());
+
+  const QStringList lines = ReadBack(Path());
+  ASSERT_EQ(lines.size(), kRecords + 2);
+  EXPECT_EQ(lines[0], u"Well 7\t12/27/2010\t3:05:12 PM"_s);
+  for (int i = 0; i < kRecords; ++i) {
+    const QStringList fields = lines[i + 2].split(u'\t');
+    ASSERT_EQ(fields.size(), 12);
+    EXPECT_EQ(fields[0], u"12/26/10"_s);
+    const auto& words = rig.Buffer.Record(i).Value;
+    for (std::size_t channel = 0; channel < 8; ++channel) {
+      const double expected = -50 + 150.0 * words[channel] / 10000;
+      const double tolerance = 0.5000001 * std::pow(10.0, -(static_cast<int>(channel) % 7));
+      ASSERT_NEAR(fields[static_cast<int>(channel) + 2].toDouble(), expected, tolerance);
+    }
+    ASSERT_NEAR(fields[10].toDouble(), words[8] * 0.01, 0.0050001);
+    ASSERT_NEAR(fields[11].toDouble(), words[9] * 2.5, 0.0500001);
+  }
+}
+
+TEST_F(SaveCsvFile, GoldenFilesAreReadByAnIndependentReader) {
+  const QStringList lines =
+      ReadBack(QStringLiteral(TESSMAR_TEST_DATA) + u"/de-two-columns-packed.csv"_s);
+  EXPECT_EQ(lines,
+            (QStringList{u"Well 7\t27.12.2010\t15:05:12"_s, u"Datum\tZeit\t%\tVolts\tPulses"_s,
+                         u"26.12.10\t15:47:29\t41.20\t12.85\t103"_s,
+                         u"26.12.10\t15:48:29\t41.35\t12.85\t104"_s,
+                         u"26.12.10\t15:51:29\t41.20\t12.85\t104"_s}));
+}
+
+TEST_F(SaveCsvFile, SavingTwiceReplacesALongerFile) {
+  Save(Well(5).Table());
+  Save(Well(1).Table());
+  QFile file(Path());
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  EXPECT_EQ(file.readAll(), Golden(u"en-two-columns-one-row.csv"_s));
+}
+
+TEST_F(SaveCsvFile, AFileInAFolderThatIsNotThereIsAFault) {
+  EXPECT_THROW(SaveCsv(folder_.filePath(u"no/such/folder/h.csv"_s), Well(1).Table(),
+                       {u"n"_s, kSaved, false}, [](std::int32_t) {}),
+               FileFault);
+}
+
+TEST_F(SaveCsvFile, AFolderInPlaceOfAFileIsAFault) {
+  EXPECT_THROW(
+      SaveCsv(folder_.path(), Well(1).Table(), {u"n"_s, kSaved, false}, [](std::int32_t) {}),
+      FileFault);
+}
+
+TEST_F(SaveCsvFile, AFullDiskIsAFault) {
+  TableRig rig = Well(0);
+  for (int i = 0; i < 50000; ++i) rig.Add(kStamp, {i, 0, 0});
+  EXPECT_THROW(SaveCsv(u"/dev/full"_s, rig.Table(), {u"n"_s, kSaved, false}, [](std::int32_t) {}),
+               FileFault);
+  EXPECT_THROW(
+      SaveCsv(u"/dev/full"_s, Well(1).Table(), {u"n"_s, kSaved, false}, [](std::int32_t) {}),
+      FileFault);
+}
+
+TEST_F(SaveCsvFile, WhatFitsOnTheDiskStaysThere) {
+  TableRig rig = Well(0);
+  for (int i = 0; i < 50000; ++i) rig.Add(kStamp, {i, 0, 0});
+
+  /// Takes one big piece and then nothing more.
+  class SmallDisk : public QIODevice {
+   public:
+    qint64 Taken = 0;
+
+   protected:
+    qint64 readData(char*, qint64) override { return -1; }
+    qint64 writeData(const char*, qint64 size) override {
+      if (Taken > 0) return -1;
+      return Taken = size;
+    }
+  } disk;
+  disk.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+  EXPECT_THROW(WriteCsv(disk, rig.Table(), {u"n"_s, kSaved, false}, [](std::int32_t) {}),
+               FileFault);
+  EXPECT_GT(disk.Taken, 100000);
+}
+
+}  // namespace
+}  // namespace tessmar
