@@ -19,9 +19,8 @@ namespace tessmar::test {
 
 /// Everything behind the main window, in virtual time, with a logger called "Pond 7" on the line.
 /// The connection dialog connects by itself, directly, to COM1.
-class AppRig : public testing::Test {
- protected:
-  AppRig() {
+struct AppParts {
+  AppParts() {
     SetTextLanguage(kLanguageEnglish);
     Link.TrapErrors = true;
     Link.AnalogChannelCount = 8;
@@ -136,6 +135,8 @@ class AppRig : public testing::Test {
                        },
                        [this] { ++ImportShown; }}};
 };
+
+class AppRig : public testing::Test, protected AppParts {};
 
 /// Frames of the host as they stand on the wire.
 namespace wire {

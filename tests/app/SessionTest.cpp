@@ -330,51 +330,26 @@ TEST_F(SessionTest, TheProgramEndingAnywhereEndsAnInitializationQuietly) {
 
   for (std::size_t last = 1; last <= writes; ++last) {
     SCOPED_TRACE(last);
-    LinkState link;
-    link.TrapErrors = true;
-    link.AnalogChannelCount = 8;
-    link.PulseChannelCount = 2;
-    LoggerSettings settings;
-    LiveRing ring;
-    FakeMainScreen screen;
-    FakeMessages messages;
-    FakeMessageLoop loop(link);
-    FakeSerialPort port;
-    ScriptedLogger logger(port);
-    logger.Memory.fill(0xFF);
-    Comm comm(port, loop, link);
-    LoggerCommands commands(comm, link, Clock, Locale);
-    LiveDisplay display(link, settings, ring, screen, Locale);
-    Programming programming(commands, link, settings, display);
-    const LiveLogger live{link, settings, commands, programming, display};
-    PollLoop poll(live, screen, loop, Words);
-    loop.OnTick = [&] {
-      poll.Timer1Tick();
-      poll.Timer2Tick();
-    };
-    Session session(live, comm, poll, screen, messages, loop, [&] {
-      comm.OpenPort(1, u"38400,N,8,1"_s);
-      link.LinkTimeoutTicks = 10;
-      link.Connected = commands.SyncWithLogger([] { return false; });
-    });
-    const auto answer = port.OnWrite;
+    AppParts parts;
+    parts.Logger.Memory.fill(0xFF);
+    const auto answer = parts.Port.OnWrite;
     qint64 endedAt = -1;
-    port.OnWrite = [&](const Bytes& bytes) {
-      if (port.Writes.size() == last) {
-        endedAt = loop.NowMs();
-        port.Close();
-        loop.End();
+    parts.Port.OnWrite = [&](const Bytes& bytes) {
+      if (parts.Port.Writes.size() == last) {
+        endedAt = parts.Loop.NowMs();
+        parts.Port.Close();
+        parts.Loop.End();
       } else {
         answer(bytes);
       }
     };
-    session.Connect();
+    parts.TheSession.Connect();
     ASSERT_GE(endedAt, 0);
-    EXPECT_EQ(port.Writes.size(), last);
-    EXPECT_LE(loop.NowMs() - endedAt, 100);
-    EXPECT_FALSE(link.Busy);
-    EXPECT_EQ(screen.WaitCursor, 0);
-    EXPECT_EQ(messages.All.size(), last > 5 ? 1u : 0u) << "the question and nothing else";
+    EXPECT_EQ(parts.Port.Writes.size(), last);
+    EXPECT_LE(parts.Loop.NowMs() - endedAt, 100);
+    EXPECT_FALSE(parts.Link.Busy);
+    EXPECT_EQ(parts.Screen.WaitCursor, 0);
+    EXPECT_EQ(parts.Messages.All.size(), last > 5 ? 1u : 0u) << "the question and nothing else";
   }
 }
 
