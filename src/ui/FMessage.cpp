@@ -6,6 +6,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QStyle>
 #include <QTextLayout>
 #include <algorithm>
@@ -45,6 +46,32 @@ double LongestPieceWidth(QString text, const QFont& font) {
   }
   layout.endLayout();
   return layout.minimumWidth();
+}
+
+/// The text with a break allowed behind every character of each word that is wider than a line.
+QString WithBreaksInLongWords(const QString& text, const QFont& font, double lineWidth) {
+  constexpr QChar kZeroWidthSpace(0x200B);
+  const QFontMetricsF metrics(font);
+  QString result;
+  QString word;
+  const auto finishWord = [&] {
+    const bool isLong = metrics.horizontalAdvance(word) > lineWidth;
+    for (const QChar character : word) {
+      result += character;
+      if (isLong && !character.isHighSurrogate()) result += kZeroWidthSpace;
+    }
+    word.clear();
+  };
+  for (const QChar character : text) {
+    if (!character.isSpace()) {
+      word += character;
+      continue;
+    }
+    finishWord();
+    result += character;
+  }
+  finishWord();
+  return result;
 }
 
 }  // namespace
@@ -165,12 +192,17 @@ void FMessage::LayOut(const QString& prompt) {
   // A large font may need more than the rules give, for wide buttons or a piece that cannot wrap.
   const int buttonWidth = ButtonWidth();
   const int forButtons = LeastWidthForButtons(ShownButtons(), buttonWidth, kFrameWidth);
-  const int forText = PixelsToTwips(LongestPieceWidth(text, font));
-  const int wider = std::max({0, forButtons - widths.Form, forText - widths.Text});
+  const double longestPiece = LongestPieceWidth(text, font);
+  const int forText = PixelsToTwips(longestPiece) - widths.Text;
+  const int onScreen = PixelsToTwips(screen()->availableGeometry().width()) - widths.Form;
+  const int wider = std::max({0, forButtons - widths.Form, std::min(forText, onScreen)});
   widths.Form += wider;
   widths.Text += wider;
 
   const int textWidth = TwipsToPixels(widths.Text);
+  if (longestPiece > textWidth) {
+    lblMessage_->setText(WithBreaksInLongWords(text, font, textWidth));
+  }
   const int textHeight =
       std::max(kTextHeight, kTwipsPerPixel * lblMessage_->heightForWidth(textWidth));
   const int panelHeight = std::max(kPanelHeight, ButtonHeight() + kPanelHeight - kButtonHeight);

@@ -5,6 +5,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QPushButton>
+#include <QScreen>
 #include <QTemporaryFile>
 #include <QTimer>
 #include <functional>
@@ -283,6 +284,17 @@ TEST_F(Message, CutsNothingOffInALargeFont) {
   MsgBox(u"Donaudampfschifffahrtselektrizitätenhauptbetriebswerkbauunterbeamtengesellschaft"_s,
          3 + 16384);
   QApplication::setFont(usual);
+}
+
+TEST_F(Message, BreaksAWordThatIsWiderThanTheScreen) {
+  const QString path = u"cannot read /tmp/"_s + u"x"_s.repeated(3000);
+  WhenShown([&](FMessage& form) {
+    EXPECT_LE(form.width(), form.screen()->availableGeometry().width());
+    EXPECT_GT(Text(form)->height(), 3 * form.fontMetrics().height());
+    EXPECT_EQ(Text(form)->text().remove(QChar(0x200B)), path);
+    EXPECT_EQ(Text(form)->accessibleName(), path);
+  });
+  MsgBox(path, 16);
 }
 
 TEST_F(Message, LetsItsTextBeSelectedByMouseAndKeyboard) {
