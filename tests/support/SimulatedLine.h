@@ -1,7 +1,7 @@
 #pragma once
 
-#include <algorithm>
 #include <chrono>
+#include <memory>
 
 #include "FakeMessageLoop.h"
 #include "FakeSerialPort.h"
@@ -20,24 +20,28 @@ namespace tessmar::test {
 class SimulatedLine {
  public:
   SimulatedLine(FakeSerialPort& port, FakeMessageLoop& loop, sim::LineDevice& device)
-      : port_(port), loop_(loop), device_(device) {
+      : port_(port), loop_(loop), device_(device), plugged_(std::make_shared<bool>(true)) {
     port_.OnWrite = [this](const Bytes& bytes) { Carry(bytes); };
   }
-  ~SimulatedLine() { port_.OnWrite = nullptr; }
+  ~SimulatedLine() {
+    port_.OnWrite = nullptr;
+    *plugged_ = false;
+  }
   SimulatedLine(const SimulatedLine&) = delete;
   SimulatedLine& operator=(const SimulatedLine&) = delete;
 
   /// Takes the plug out or puts it back; what is sent meanwhile, either way, is gone.
-  void SetPlugged(bool plugged) { plugged_ = plugged; }
+  void SetPlugged(bool plugged) { *plugged_ = plugged; }
 
  private:
   void Carry(const Bytes& bytes) {
-    if (!plugged_) return;
+    if (!*plugged_) return;
     device_.Receive(bytes, std::chrono::milliseconds(loop_.NowMs()));
     for (const sim::Output& output : device_.TakeOutput()) {
       const auto due = std::chrono::ceil<std::chrono::milliseconds>(output.Due).count();
-      loop_.At(due, [this, content = output.Content] {
-        if (plugged_) port_.Arrive(content);
+      // What is under way outlives the line, as the loop may run on after it.
+      loop_.At(due, [&port = port_, plugged = plugged_, content = output.Content] {
+        if (*plugged) port.Arrive(content);
       });
     }
   }
@@ -45,7 +49,7 @@ class SimulatedLine {
   FakeSerialPort& port_;
   FakeMessageLoop& loop_;
   sim::LineDevice& device_;
-  bool plugged_ = true;
+  std::shared_ptr<bool> plugged_;
 };
 
 }  // namespace tessmar::test
