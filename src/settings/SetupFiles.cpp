@@ -41,7 +41,9 @@ bool IsOtherThanFile(const QString& path) {
 void WriteBytes(const QString& path, const QByteArray& bytes) {
   if (IsOtherThanFile(path)) throw FileFault("not a file that can be written");
   QSaveFile file(path);
-  if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit()) {
+  // Flushed by hand: committing does not notice that buffered bytes did not reach a full disk.
+  if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush() ||
+      !file.commit()) {
     throw FileFault("the setup file could not be written");
   }
 }
