@@ -1,0 +1,92 @@
+#include "link/ModemConnection.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <algorithm>
+
+#include "link/Blanks.h"
+#include "link/Fault.h"
+#include "ui/TextTable.h"
+
+namespace tessmar {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int kMostFileCommands = 256;
+
+/// The first word of a line, in capitals; empty for a line without one.
+QString Command(const QString& line) {
+  const QString text = TrimBlanks(line);
+  const auto end = std::find_if(text.begin(), text.end(), [](QChar character) {
+    return character <= u' ' || character == u';';
+  });
+  return text.left(end - text.begin()).toUpper();
+}
+
+QStringList CommandsOf(const ModemRequest& request) {
+  if (!request.UseCommandFile || request.CommandFile.isEmpty()) return {u"ATE1V1Q0"_s};
+  QFile file(request.CommandFile);
+  if (!file.open(QIODevice::ReadOnly)) throw FileFault(file.errorString().toStdString());
+  const QStringList commands = ReadModemCommands(file);
+  if (file.error() != QFileDevice::NoError) throw FileFault(file.errorString().toStdString());
+  return commands;
+}
+
+bool IsFileMissing(const ModemRequest& request) {
+  if (!request.UseCommandFile || request.CommandFile.isEmpty()) return false;
+  const QFileInfo file(request.CommandFile);
+  return !file.exists() || file.isDir();
+}
+
+}  // namespace
+
+QStringList ReadModemCommands(QIODevice& file) {
+  QStringList commands;
+  while (!file.atEnd() && commands.size() < kMostFileCommands) {
+    // A line ends in a line feed, a carriage return or both.
+    const QString read = QString::fromLatin1(file.readLine());
+    for (const QString& line : read.split(u'\r')) {
+      const QString command = Command(line);
+      if (!command.isEmpty() && commands.size() < kMostFileCommands) commands.append(command);
+    }
+  }
+  return commands;
+}
+
+void RememberNumber(std::array<QString, 4>& numbers, const QString& number) {
+  const auto last = numbers.end() - 1;
+  const auto place = std::find(numbers.begin(), last, number);
+  *place = number;
+  std::rotate(numbers.begin(), place, place + 1);
+}
+
+bool ConnectModem(const ModemRequest& request, Comm& comm, const LinkState& link,
+                  ConnectionSettings& settings, Messages& messages,
+                  const ModemDialogueShow& showDialogue) {
+  if (request.Number.isEmpty()) {
+    messages.MsgBox(GetText(TextId::NoPhoneNumber), kCritical, GetText(TextId::ModemConnect));
+    return false;
+  }
+  RememberNumber(settings.ModemNumbers, request.Number);
+  if (IsFileMissing(request)) {
+    messages.MsgBox(GetText(TextId::CannotOpenModemFile), kCritical,
+                    GetText(TextId::ModemInitialize));
+    comm.ClosePort();
+    return false;
+  }
+  const ModemResult result = Trapped(
+      link,
+      [&] {
+        return showDialogue(QStringList{u"ATZ"_s} + CommandsOf(request), settings.ModemNumbers[0]);
+      },
+      ModemResult::Error);
+  if (result == ModemResult::Connect) return true;
+  comm.ClosePort();
+  if (result == ModemResult::Error) {
+    messages.MsgBox(GetText(TextId::NoModem), kCritical, GetText(TextId::ModemInitialize));
+  }
+  return false;
+}
+
+}  // namespace tessmar
