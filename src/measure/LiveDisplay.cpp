@@ -17,7 +17,7 @@ namespace {
 
 constexpr double kFlatMeter = 1e-5;
 // Where a live sample holds its pulse words, whatever the channel counts are.
-constexpr int kLivePulseValues = 8;
+constexpr std::size_t kLivePulseValues = 8;
 constexpr const char* kChannelLabels[] = {"lblMax", "lblMin", "lblUnits", "lblValue", "lblHistory"};
 
 static_assert(LiveDisplay::kMeterTopOffset > 0, "a column that begins at 0 would never rest");
@@ -162,10 +162,10 @@ void LiveDisplay::ShowPulseTexts() {
 }
 
 QString LiveDisplay::PulseText(int channel) const {
-  const PulseChannelSettings& pulse = settings_.Pulse[static_cast<std::size_t>(channel)];
+  const auto index = static_cast<std::size_t>(channel);
+  const PulseChannelSettings& pulse = settings_.Pulse[index];
   if (pulse.Enable == 0) return {};
-  const std::int32_t count =
-      ring_.Samples[0].Value[static_cast<std::size_t>(kLivePulseValues + channel)];
+  const std::int32_t count = ring_.Samples[0].Value[kLivePulseValues + index];
   if (count == kNoSampleValue) return NoSampleText();
   return FormatValue(count * pulse.PulseUnit, pulse.DecPlaces) + QLatin1Char(' ') + pulse.EngUnits;
 }
