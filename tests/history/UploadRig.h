@@ -38,6 +38,7 @@ class UploadRig {
   }
 
   HistoryUpload& Upload() { return *Upload_; }
+  Comm& Channel() { return Comm_; }
 
   /// The blocks that were asked for, by what was written to the port: 0 first, 1 next, 2 again.
   std::vector<int> Asked() const {
