@@ -2,15 +2,43 @@
 
 #include <QApplication>
 #include <QClipboard>
+#include <QFontInfo>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QScrollBar>
+#include <QStyledItemDelegate>
 #include <algorithm>
 #include <limits>
 
 namespace tessmar {
 
+namespace {
+
 using namespace Qt::StringLiterals;
+
+constexpr double kSmallestScale = 0.7;
+
+/// Makes the letters smaller, within reason, where the column is too narrow for its text: the time
+/// of day stands at the end of a stamp and must not be lost to an ellipsis.
+class FittedText final : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+
+ protected:
+  void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+    QStyledItemDelegate::initStyleOption(option, index);
+    const QStyle* const style = option->widget->style();
+    const int margin = style->pixelMetric(QStyle::PM_FocusFrameHMargin, option, option->widget) + 1;
+    const double room = option->rect.width() - 2 * margin;
+    const double wanted = QFontMetricsF(option->font).horizontalAdvance(option->text) + 1;
+    if (room <= 0 || wanted <= room) return;
+    const double scale = std::max(room / wanted, kSmallestScale);
+    option->font.setPointSizeF(QFontInfo(option->font).pointSizeF() * scale);
+    option->fontMetrics = QFontMetrics(option->font);
+  }
+};
+
+}  // namespace
 
 HistoryView::HistoryView(QWidget* parent) : QTableView(parent), frozen_(new QTableView(this)) {
   SetUp(*this);
@@ -49,6 +77,7 @@ void HistoryView::SetUp(QTableView& view) {
   view.setTabKeyNavigation(false);
   view.setVerticalScrollMode(QAbstractItemView::ScrollPerPixel);
   view.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  view.setItemDelegateForColumn(0, new FittedText(&view));
   view.verticalHeader()->hide();
   view.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
   view.horizontalHeader()->setSectionResizeMode(QHeaderView::Interactive);
