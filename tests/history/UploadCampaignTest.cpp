@@ -5,7 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <functional>
 #include <random>
+#include <utility>
 
 #include "history/UploadRig.h"
 
@@ -29,6 +31,31 @@ constexpr std::array<FailureMode, 10> kModes{
     FailureMode::CorruptCheck, FailureMode::WrongLength,     FailureMode::JunkAhead,
     FailureMode::BadEscape,    FailureMode::LateAnswer,      FailureMode::StopsMidFrame,
     FailureMode::RandomLoss};
+
+/// A logger behind a line that holds up each answer for a while of its own. Answers keep their
+/// order.
+class SlowLine final : public sim::LineDevice {
+ public:
+  using Delay = std::function<int()>;  ///< Milliseconds.
+
+  SlowLine(sim::LineDevice& device, Delay delay) : device_(device), delay_(std::move(delay)) {}
+
+  void Receive(std::span<const std::uint8_t> bytes, sim::Micros now) override {
+    device_.Receive(bytes, now);
+    const sim::Micros delay = std::chrono::milliseconds(delay_());
+    for (sim::Output& output : device_.TakeOutput()) {
+      output.Due = last_ = std::max(output.Due + delay, last_);
+      waiting_.push_back(output);
+    }
+  }
+  std::vector<sim::Output> TakeOutput() override { return std::exchange(waiting_, {}); }
+
+ private:
+  sim::LineDevice& device_;
+  Delay delay_;
+  sim::Micros last_{};
+  std::vector<sim::Output> waiting_;
+};
 
 struct Tally {
   int Uploads = 0;
@@ -153,6 +180,54 @@ TEST_F(UploadCampaign, ALoggerThatIsAlwaysLateIsReadCorrectly) {
   }
   Report(1);
   EXPECT_EQ(tally_.Uploads, 16);
+}
+
+class SlowLines : public UploadCampaign {
+ protected:
+  // Uploads 99 records over a line that delays each answer.
+  void RunDelayed(const Shape& shape, const SlowLine::Delay& delay) {
+    UploadRig rig(OptionsFor(shape, 99, 38400, 1), buffer_);
+    SlowLine slow(rig.Logger, delay);
+    const test::SimulatedLine line(rig.Port, rig.Loop, slow);
+    const UploadEnd end = rig.Pull();
+    ++tally_.Uploads;
+    tally_.Failures += rig.Upload().TotalFailures();
+    if (end == UploadEnd::Failed) return;
+    ++tally_.Complete;
+    ASSERT_EQ(rig.Received(), rig.Stored(99));
+  }
+};
+
+TEST_F(SlowLines, EveryConstantDelayIsReadCorrectlyOrFails) {
+  for (int delay = 0; delay <= 6000; delay += 50) {
+    SCOPED_TRACE(delay);
+    RunDelayed({8, 2}, [delay] { return delay; });
+    if (HasFatalFailure()) return;
+  }
+  Report(0);
+  EXPECT_EQ(tally_.Uploads, 121);
+}
+
+TEST_F(SlowLines, RareDelaysOfAnyLengthAreReadCorrectly) {
+  for (std::uint32_t seed = 1; seed <= 100; ++seed) {
+    SCOPED_TRACE(seed);
+    std::mt19937 luck(seed);
+    RunDelayed({3, 1}, [&luck] { return luck() % 4 == 0 ? static_cast<int>(luck() % 5000) : 0; });
+    if (HasFatalFailure()) return;
+  }
+  Report(100);
+  EXPECT_EQ(tally_.Uploads, 100);
+}
+
+TEST_F(SlowLines, DelaysThatChangeFromAnswerToAnswerAreReadCorrectly) {
+  for (std::uint32_t seed = 1; seed <= 100; ++seed) {
+    SCOPED_TRACE(seed);
+    std::mt19937 luck(seed);
+    RunDelayed({8, 2}, [&luck] { return static_cast<int>(luck() % 3000); });
+    if (HasFatalFailure()) return;
+  }
+  Report(100);
+  EXPECT_EQ(tally_.Uploads, 100);
 }
 
 }  // namespace
