@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <algorithm>
 #include <cmath>
+#include <initializer_list>
 #include <limits>
 #include <optional>
 
@@ -92,22 +93,26 @@ bool IsGroupSeparator(QChar c, const QString& separator) {
   return separator.front().isSpace() && c.isSpace();
 }
 
+/// Takes a sign off the front of a text. @return false when it begins with none of them.
+bool TakeOneOf(QString& text, std::initializer_list<QString> signs) {
+  for (const QString& sign : signs) {
+    if (!sign.isEmpty() && text.startsWith(sign)) {
+      text.remove(0, sign.size());
+      return true;
+    }
+  }
+  return false;
+}
+
 /// A text that is a number by the locale's conventions, written with ASCII digits and a point;
 /// nothing when it is no such number.
 std::optional<QString> PlainNumber(const QString& text, const QLocale& locale) {
   QString rest = text.trimmed();
   QString plain;
-  for (const QString& minus : {u"-"_s, locale.negativeSign()}) {
-    if (plain.isEmpty() && rest.startsWith(minus)) {
-      plain = u"-"_s;
-      rest.remove(0, minus.size());
-    }
-  }
-  for (const QString& plus : {u"+"_s, locale.positiveSign()}) {
-    if (plain.isEmpty() && rest.startsWith(plus)) {
-      plain = u"+"_s;
-      rest.remove(0, plus.size());
-    }
+  if (TakeOneOf(rest, {u"-"_s, locale.negativeSign()})) {
+    plain = u"-"_s;
+  } else {
+    TakeOneOf(rest, {u"+"_s, locale.positiveSign()});
   }
   const QString point = locale.decimalPoint();
   const QString group = locale.groupSeparator();

@@ -108,6 +108,13 @@ TEST(IsNumeric, TakesTypedBlanksForNoBreakSpacesThatGroup) {
   EXPECT_TRUE(IsNumeric(u"12\u202F345"_s, french));
 }
 
+TEST(IsNumeric, TakesTheSignsOfTheLocale) {
+  const QLocale swedish(QLocale::Swedish, QLocale::Sweden);
+  EXPECT_TRUE(IsNumeric(u"\u22121,5"_s, swedish));
+  EXPECT_TRUE(IsNumeric(u"-1,5"_s, swedish));
+  EXPECT_FALSE(IsNumeric(u"\u22121.5"_s, kUs));
+}
+
 std::int32_t Integer(const QString& text, const QLocale& locale) {
   std::int32_t value = -77;
   EXPECT_TRUE(TryParseInteger(text, locale, value)) << text.toStdString();
@@ -129,6 +136,8 @@ TEST(TryParseInteger, ReadsSeparatorsByTheLocale) {
   EXPECT_EQ(Integer(u"1.234"_s, kUs), 1);
   EXPECT_EQ(Integer(u"1.234"_s, kGerman), 1234);
   EXPECT_EQ(Integer(u"1.5"_s, kGerman), 15);
+  EXPECT_EQ(Integer(u"\u22127"_s, QLocale(QLocale::Swedish, QLocale::Sweden)), -7);
+  EXPECT_EQ(Integer(u"+7"_s, kUs), 7);
 }
 
 TEST(TryParseInteger, GivesFalseAndZeroForWhatIsNoInteger) {
