@@ -15,20 +15,16 @@ class Programming {
   Programming(LoggerCommands& commands, LinkState& link, LoggerSettings& settings,
               LiveDisplay& display);
 
-  /// Writes the packed settings in four blocks and reads them back in three. A failure may leave
-  /// part of them in the logger; the settings keep their values.
+  /// Writes the packed settings and reads them back.
   /// @return true only when all blocks worked and all 315 bytes compared equal.
   bool ProgramConfiguration();
 
-  /// Reads the configuration, status and clock of the logger, and shows them. The settings stay as
-  /// they were when one of the first two blocks cannot be read; when only the third cannot, its
-  /// fields, those of DoSettings, become zero.
+  /// Reads the configuration, status and clock of the logger, and shows them.
   void RefreshFromLogger();
 
-  /// The 8 characters at logger address 0, bytes outside 32 to 127 as blanks; empty when the read
-  /// failed.
+  /// The 8 characters at logger address 0; empty when the read failed.
   QString ReadIdentifier();
-  /// Writes 8 characters, cut or padded with blanks. @return true when the logger acknowledged.
+  /// Writes 8 characters, padded with blanks. @return true when the write was accepted.
   bool WriteIdentifier(const QString& text);
 
  private:

@@ -1,0 +1,54 @@
+# What ./run and ./test share. Sourced, not run.
+
+# Everything the project is built, tested and shown with, as packages of Debian 12.
+packages=(
+  g++ cmake ninja-build pkg-config libxcb1-dev qt6-base-dev qt6-base-dev-tools qt6-serialport-dev libgl-dev
+  libgtest-dev libgmock-dev
+  clang-format clang-tidy python3
+  xvfb openbox fonts-dejavu-core locales
+)
+
+# install_missing: installs those of the packages that this machine lacks.
+install_missing() {
+  command -v apt-get > /dev/null || return 0
+  local missing=() package
+  for package in "${packages[@]}"; do
+    dpkg-query -W -f='${Status}\n' "$package" 2> /dev/null | grep -q '^install ok installed$' ||
+      missing+=("$package")
+  done
+  [ ${#missing[@]} -eq 0 ] && return 0
+  echo "Installing ${missing[*]}"
+  local as_root=()
+  [ "$(id -u)" -eq 0 ] || as_root=(sudo)
+  "${as_root[@]}" apt-get update -qq
+  DEBIAN_FRONTEND=noninteractive "${as_root[@]}" apt-get install -y -qq --no-install-recommends \
+    "${missing[@]}" > /dev/null
+}
+
+# start_display: a virtual screen with a window manager, without which no window gets the focus.
+# Sets DISPLAY; stop_display ends both.
+display_pids=()
+start_display() {
+  local file
+  file=$(mktemp)
+  Xvfb -displayfd 3 -screen 0 1366x768x24 -nolisten tcp 3> "$file" 2> /dev/null &
+  display_pids+=($!)
+  local tries=0
+  until [ -s "$file" ]; do
+    tries=$((tries + 1))
+    [ "$tries" -lt 200 ] || { echo "no virtual display came up" >&2; return 1; }
+    sleep 0.05
+  done
+  DISPLAY=":$(cat "$file")"
+  rm -f "$file"
+  export DISPLAY
+  unset WAYLAND_DISPLAY
+  export QT_QPA_PLATFORM=xcb
+  openbox --sm-disable > /dev/null 2>&1 &
+  display_pids+=($!)
+}
+
+stop_display() {
+  [ ${#display_pids[@]} -eq 0 ] || kill "${display_pids[@]}" 2> /dev/null || true
+  display_pids=()
+}

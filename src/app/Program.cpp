@@ -1,0 +1,269 @@
+#include "app/Program.h"
+
+#include <QApplication>
+#include <QDialog>
+#include <QDir>
+#include <QFileInfo>
+
+#include "ProgramVersion.h"
+#include "app/MainLocalizer.h"
+#include "app/frmAbout.h"
+#include "app/frmSplash.h"
+#include "history/GetHistoryData.h"
+#include "history/frmGetHistoryData.h"
+#include "history/frmHistory.h"
+#include "history/frmImportSetup.h"
+#include "link/enumerate.h"
+#include "link/frmConnect.h"
+#include "ui/Localize.h"
+#include "ui/Pictures.h"
+#include "ui/TextTable.h"
+#include "ui/frmSetup.h"
+
+namespace tessmar {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int kTickMs = 100;
+
+// The ports file stands beside the store.
+QString PortsPath(const QString& storePath) {
+  return QFileInfo(storePath).dir().filePath(u"ports.conf"_s);
+}
+
+QString Title() {
+  return u"Tessmar DO Monitor v%1.%2.%3"_s.arg(kVersionMajor)
+      .arg(kVersionMinor)
+      .arg(kVersionRevision);
+}
+
+}  // namespace
+
+Program::Program(ProgramEnvironment environment, const SystemLocale& locale)
+    : environment_(std::move(environment)),
+      locale_(locale),
+      store_(environment_.StorePath, locale_.Locale()),
+      ports_(environment_.PortNames, ReadPortsFile(PortsPath(environment_.StorePath))),
+      port_(ports_),
+      messages_([this] { return loop_.Ending(); }),
+      fileDialogs_(messages_, [this] { return loop_.Ending(); }),
+      comm_(port_, loop_, link_),
+      commands_(comm_, link_, clock_, locale_),
+      display_(link_, settings_, ring_, window_, locale_),
+      programming_(commands_, link_, settings_, display_),
+      logger_{link_, settings_, commands_, programming_, display_},
+      pollLoop_(logger_, window_, loop_, words_),
+      session_(logger_, comm_, pollLoop_, window_, messages_, loop_,
+               [this] { ShowConnectDialog(); }),
+      imageImport_(link_, settings_, display_, window_, history_, messages_, fileDialogs_, loop_,
+                   environment_.AppPath,
+                   {.AskChoice = [this] { return AskImportChoice(); },
+                    .StopTimer1 = [this] { timer1_.stop(); },
+                    .StartTimer1 = [this] { StartTimer1(); },
+                    .ShowSetup = [this](bool mayProgram) { ShowSetup(mayProgram); },
+                    .ShowViewer = [this] { ShowViewer(); }}),
+      actions_(logger_, session_, pollLoop_, window_, messages_, loop_,
+               {.GetHistory = [this] { GetHistory(); },
+                .ShowSetup = [this] { ShowSetup(true); },
+                .LoadLoggerImageFile = [this] { imageImport_.LoadLoggerImageFile(); }}),
+      helpFiles_(FindHelpFiles(environment_.AppPath)),
+      help_(environment_.AppPath),
+      closeRequests_(window_, [this] { return loop_.IsRunningOnce(); }) {
+  QGuiApplication::setWindowIcon(ProgramIcon());
+  QObject::connect(&window_, &frmMain::CommandRequested, &window_,
+                   [this](MainCommand command) { Perform(command); });
+  // The connection dialog opens by itself, over the window that stands.
+  QObject::connect(&window_, &frmMain::FirstPainted, &window_,
+                   [this] { Perform(MainCommand::ToggleConnection); });
+  QObject::connect(&window_, &frmMain::Closed, &window_, [this] { Shutdown(); });
+  for (QTimer* timer : {&timer1_, &timer2_}) {
+    timer->setInterval(kTickMs);
+    timer->setTimerType(Qt::PreciseTimer);
+  }
+  QObject::connect(&timer1_, &QTimer::timeout, &window_, [this] { pollLoop_.Timer1Tick(); });
+  QObject::connect(&timer2_, &QTimer::timeout, &window_, [this] { pollLoop_.Timer2Tick(); });
+}
+
+Program::~Program() = default;
+
+void Program::Start() {
+  ApplyLanguage();
+  ApplySwitches();
+  window_.SetCaption(u"frmMain"_s, u"Tessmar DO Monitor"_s);
+  window_.SetVisible(u"mnuLaunchDOHelp"_s, !helpFiles_.DissolvedOxygen.isEmpty());
+
+  frmSplash splash;
+  splash.show();
+  splash.repaint();
+
+  ShowStartState();
+  ReadSettings();
+
+  splash.close();
+  window_.show();
+  StartTimer1();
+  timer2_.start();
+  pollLoop_.SetUnderConstruction(false);
+}
+
+void Program::ApplyLanguage() {
+  const UserLocale user = DetectUserLocale(locale_);
+  std::int16_t language = store_.Language(user.Language);
+  switches_ = ParseCommandLine(CommandLineText(environment_.Arguments), locale_.Locale());
+  language = switches_.Language.value_or(language);
+  SetTextLanguage(language);
+  words_ = LocalizeMainScreen(window_, language);
+}
+
+void Program::ApplySwitches() {
+  link_.AnalogChannelCount = kAnalogChannels;
+  link_.PulseChannelCount = kPulseChannels;
+  ApplyCommandLine(switches_, link_, window_);
+}
+
+void Program::ShowStartState() {
+  window_.SetCaption(u"lblCommStatus"_s, words_.Disconnected);
+  window_.SetTextColour(u"lblCommStatus"_s, kDisconnectedColour);
+  window_.SetCaption(u"frmMain"_s, Title());
+  for (const char* label :
+       {"lblPulseValue1", "lblPulseValue2", "lblLoggerName", "lblDateTime", "lblSampleInterval",
+        "lblWarmup", "lblLoggingState", "lblRecordings", "lblAlarm(0)", "lblAlarm(1)"}) {
+    window_.SetCaption(QString::fromLatin1(label), {});
+  }
+}
+
+void Program::ReadSettings() {
+  store_.Load(connection_, recentFiles_, csvDateTimeSingleColumn_);
+}
+
+void Program::Shutdown() {
+  if (ended_) return;
+  ended_ = true;
+  store_.Save(connection_, recentFiles_, csvDateTimeSingleColumn_);
+  comm_.ClosePort();
+  timer1_.stop();
+  timer2_.stop();
+  loop_.End();
+  const QWidgetList forms = QApplication::topLevelWidgets();
+  for (QWidget* form : forms) {
+    if (auto* dialog = qobject_cast<QDialog*>(form)) dialog->done(QDialog::Rejected);
+  }
+  // Not quit(), which would ask every window for its consent first.
+  QCoreApplication::exit(0);
+}
+
+void Program::Perform(MainCommand command) {
+  switch (command) {
+    case MainCommand::ToggleConnection:
+      return actions_.Connect();
+    case MainCommand::Connect:
+      return actions_.ConnectEntry();
+    case MainCommand::Disconnect:
+      return actions_.DisconnectEntry();
+    case MainCommand::ToggleSampling:
+      return actions_.SampleContinuouslyEntry();
+    case MainCommand::SamplingClicked:
+      return actions_.SampleContinuouslyClicked();
+    case MainCommand::GetSample:
+      return actions_.GetSample();
+    case MainCommand::GetHistory:
+      return actions_.GetHistory();
+    case MainCommand::ClearHistory:
+      return actions_.ClearHistory();
+    case MainCommand::SyncTime:
+      return actions_.SynchronizeTime();
+    case MainCommand::Setup:
+      return actions_.Setup();
+    case MainCommand::ResetPulseAccumulators:
+      return actions_.ResetPulseAccumulators();
+    case MainCommand::LoadLoggerImageFile:
+      return actions_.LoadLoggerImageFile();
+    case MainCommand::FirmwareVersion:
+      return actions_.FirmwareVersion();
+    case MainCommand::LaunchHelp:
+      return help_.Open(helpFiles_.Logger);
+    case MainCommand::LaunchDoHelp:
+      return help_.Open(helpFiles_.DissolvedOxygen);
+    case MainCommand::About:
+      return ShowAbout();
+    case MainCommand::Exit:
+      return environment_.EndProcess();
+  }
+}
+
+void Program::ShowConnectDialog() {
+  frmConnect dialog(
+      comm_, commands_, link_, connection_, messages_, fileDialogs_, window_,
+      [this] { return EnumeratePorts(ports_); }, &window_);
+  dialog.exec();
+}
+
+void Program::GetHistory() {
+  GetHistoryData(link_, commands_, history_, messages_, window_, loop_,
+                 {.ShowUpload = [this](std::int32_t total) { return ShowUpload(total); },
+                  .ShowViewer = [this] { ShowViewer(); }});
+}
+
+QString Program::ShowUpload(std::int32_t totalRecords) {
+  frmGetHistoryData dialog(history_, commands_, comm_, link_, messages_, totalRecords, &window_);
+  dialog.exec();
+  return dialog.UploadState();
+}
+
+void Program::ShowViewer() {
+  frmHistory viewer({.Buffer = history_,
+                     .Settings = settings_,
+                     .Link = link_,
+                     .Screen = window_,
+                     .Message = messages_,
+                     .Dialogs = fileDialogs_,
+                     .Time = clock_,
+                     .Locale = locale_,
+                     .CsvDateTimeSingleColumn = csvDateTimeSingleColumn_,
+                     .RelayDisplayEnabled = display_.RelayDisplayEnabled,
+                     .AppPath = environment_.AppPath},
+                    &window_);
+  viewer.exec();
+}
+
+void Program::ShowSetup(bool mayProgram) {
+  frmSetup setup({.Link = link_,
+                  .Settings = settings_,
+                  .Commands = commands_,
+                  .Programmer = programming_,
+                  .Loop = loop_,
+                  .Asker = messages_,
+                  .Dialogs = fileDialogs_,
+                  .Time = clock_,
+                  .Locale = locale_,
+                  .Recent = recentFiles_,
+                  .AppPath = environment_.AppPath,
+                  .ShowDoHelpEntry = !helpFiles_.DissolvedOxygen.isEmpty(),
+                  .ShowHelp = [this] { help_.Open(helpFiles_.Logger); },
+                  .ShowDoHelp = [this] { help_.Open(helpFiles_.DissolvedOxygen); },
+                  .ShowAbout = [this] { ShowAbout(); }},
+                 &window_);
+  // Without a connection there is nothing that could be programmed.
+  if (!mayProgram) setup.ForbidProgramming();
+  setup.exec();
+}
+
+std::optional<ImportChoice> Program::AskImportChoice() {
+  frmImportSetup dialog(messages_, &window_);
+  dialog.exec();
+  if (dialog.Result() != "OK"_L1) return std::nullopt;
+  return dialog.Choice();
+}
+
+void Program::ShowAbout() {
+  frmAbout about(window_.windowTitle(), &window_);
+  about.exec();
+}
+
+void Program::StartTimer1() {
+  // An import that the end of the program cut short must not wake the timers again.
+  if (!ended_) timer1_.start();
+}
+
+}  // namespace tessmar

@@ -1,0 +1,128 @@
+#pragma once
+
+#include <QStringList>
+#include <QTimer>
+#include <functional>
+#include <optional>
+
+#include "app/CloseRequests.h"
+#include "app/CommandLine.h"
+#include "app/ConnectionWords.h"
+#include "app/Help.h"
+#include "app/HelpTarget.h"
+#include "app/LiveLogger.h"
+#include "app/MainActions.h"
+#include "app/PersistedSettings.h"
+#include "app/PollLoop.h"
+#include "app/Session.h"
+#include "app/frmMain.h"
+#include "history/HistoryBuffer.h"
+#include "history/ImageImport.h"
+#include "link/Comm.h"
+#include "link/ConnectionSettings.h"
+#include "link/LinkState.h"
+#include "link/PortMap.h"
+#include "link/QtMessageLoop.h"
+#include "link/QtSerialPort.h"
+#include "link/cmd.h"
+#include "measure/LiveDisplay.h"
+#include "measure/Sample.h"
+#include "settings/LoggerSettings.h"
+#include "settings/Programming.h"
+#include "settings/RecentFiles.h"
+#include "ui/Clock.h"
+#include "ui/MessageDialogs.h"
+#include "ui/QtFileDialogs.h"
+#include "ui/SystemLocale.h"
+
+namespace tessmar {
+
+/// What the program finds around it at its start.
+struct ProgramEnvironment {
+  QStringList Arguments;             ///< As the process was given them, the program's name first.
+  QString AppPath;                   ///< The program's folder, without a trailing separator.
+  QString StorePath;                 ///< The file of the persisted settings.
+  QString PortNames;                 ///< Port overrides of the environment, see PortMap.
+  std::function<void()> EndProcess;  ///< Ends the process at once; for File, Exit.
+};
+
+/// The composition root: makes the one instance of everything, joins the rooms, starts the program
+/// and ends it.
+///
+/// All objects live until the program object dies, which is after the message loop has returned: an
+/// operation that a closing window interrupts may touch any of them while it runs out.
+class Program {
+ public:
+  explicit Program(ProgramEnvironment environment, const SystemLocale& locale = SystemLocale());
+  ~Program();
+
+  /// Start-up, up to the main window on the screen; the connect action follows from the message
+  /// loop. Throws ConversionFault for a bad switch or stored value, with a text fit for the
+  /// operator.
+  void Start();
+
+  /// The shutdown of a main window closed through its frame: writes the settings, closes the port,
+  /// closes every form and ends the message loop. Only the first call does anything.
+  void Shutdown();
+
+  frmMain& Window() { return window_; }
+  const LinkState& Link() const { return link_; }
+  const CommandLine& Switches() const { return switches_; }
+
+ private:
+  void ApplyLanguage();
+  void ApplySwitches();
+  void ShowStartState();
+  void ReadSettings();
+  void Perform(MainCommand command);
+
+  void ShowConnectDialog();
+  void GetHistory();
+  QString ShowUpload(std::int32_t totalRecords);
+  void ShowViewer();
+  void ShowSetup(bool mayProgram);
+  std::optional<ImportChoice> AskImportChoice();
+  void ShowAbout();
+  void StartTimer1();
+
+  ProgramEnvironment environment_;
+  SystemLocale locale_;
+  SystemClock clock_;
+  CommandLine switches_;
+  ConnectionWords words_;
+
+  LinkState link_;
+  LoggerSettings settings_;
+  LiveRing ring_;
+  HistoryBuffer history_;
+  ConnectionSettings connection_;
+  RecentFiles recentFiles_;
+  QString csvDateTimeSingleColumn_;
+  PersistedSettings store_;
+
+  PortMap ports_;
+  QtMessageLoop loop_;
+  QtSerialPort port_;
+  frmMain window_;
+  MessageDialogs messages_;
+  QtFileDialogs fileDialogs_;
+
+  Comm comm_;
+  LoggerCommands commands_;
+  LiveDisplay display_;
+  Programming programming_;
+  LiveLogger logger_;
+  PollLoop pollLoop_;
+  Session session_;
+  ImageImport imageImport_;
+  MainActions actions_;
+  HelpFiles helpFiles_;
+  Help help_;
+  CloseRequests closeRequests_;
+
+  QTimer timer1_;
+  QTimer timer2_;
+  bool ended_ = false;
+};
+
+}  // namespace tessmar

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <functional>
+
+class QSocketNotifier;
+
+namespace tessmar {
+
+/// Turns the signals with which a desktop or a terminal asks a program to end (SIGTERM, SIGINT,
+/// SIGHUP) into a call in the message loop, so that the program ends as if its window were closed.
+/// On platforms without such signals it does nothing. One at a time.
+class TerminationSignals {
+ public:
+  explicit TerminationSignals(std::function<void()> onSignal);
+  ~TerminationSignals();
+  TerminationSignals(const TerminationSignals&) = delete;
+  TerminationSignals& operator=(const TerminationSignals&) = delete;
+
+ private:
+  std::function<void()> onSignal_;
+  QSocketNotifier* notifier_ = nullptr;
+};
+
+}  // namespace tessmar

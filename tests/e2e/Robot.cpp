@@ -1,0 +1,194 @@
+#include "e2e/Robot.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QComboBox>
+#include <QElapsedTimer>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QScreen>
+#include <QTest>
+#include <QThread>
+#include <stdexcept>
+
+namespace tessmar::test {
+
+using namespace Qt::StringLiterals;
+
+QObject* Robot::Anchor() {
+  return qApp;
+}
+
+void Robot::Start(std::function<void()> work, std::function<void(const QString&)> finished) {
+  thread_ = std::thread([work = std::move(work), finished = std::move(finished)] {
+    QString trouble;
+    try {
+      work();
+    } catch (const std::exception& fault) {
+      trouble = QString::fromUtf8(fault.what());
+    }
+    QMetaObject::invokeMethod(
+        Anchor(), [=] { finished(trouble); }, Qt::QueuedConnection);
+  });
+}
+
+void Robot::Join() {
+  if (thread_.joinable()) thread_.join();
+}
+
+void Robot::Pause(int milliseconds) {
+  QThread::msleep(static_cast<unsigned long>(milliseconds));
+}
+
+bool Robot::Holds(const std::function<bool()>& condition, int milliseconds) {
+  QElapsedTimer timer;
+  timer.start();
+  while (true) {
+    if (InGui(condition)) return true;
+    if (timer.elapsed() > milliseconds) return false;
+    Pause(20);
+  }
+}
+
+void Robot::WaitFor(const QString& what, const std::function<bool()>& condition, int milliseconds) {
+  if (Holds(condition, milliseconds)) return;
+  const QString shown = InGui([] {
+    QStringList names;
+    for (const QWidget* widget : QApplication::topLevelWidgets()) {
+      if (widget->isVisible()) names.append(widget->objectName());
+    }
+    return names.join(u", "_s);
+  });
+  throw std::runtime_error(
+      u"waited in vain for %1; on the screen: %2"_s.arg(what, shown).toStdString());
+}
+
+QWidget* Robot::Form(const QString& form) {
+  for (QWidget* widget : QApplication::topLevelWidgets()) {
+    if (widget->isVisible() && widget->objectName() == form) return widget;
+  }
+  return nullptr;
+}
+
+QObject* Robot::Control(const QString& form, const QString& control) {
+  QWidget* window = Form(form);
+  return window != nullptr ? window->findChild<QObject*>(control) : nullptr;
+}
+
+bool Robot::IsShown(const QString& form) {
+  return InGui([&] { return Form(form) != nullptr; });
+}
+
+void Robot::WaitForForm(const QString& form, int milliseconds) {
+  WaitFor(
+      form,
+      [&] {
+        const QWidget* window = Form(form);
+        const QWidget* modal = QApplication::activeModalWidget();
+        return window != nullptr && (modal == nullptr || modal == window);
+      },
+      milliseconds);
+}
+
+void Robot::WaitForNoForm(const QString& form, int milliseconds) {
+  WaitFor(
+      u"%1 to go"_s.arg(form), [&] { return Form(form) == nullptr; }, milliseconds);
+}
+
+void Robot::Click(const QString& form, const QString& control) {
+  WaitFor(u"%1 of %2 to be enabled"_s.arg(control, form), [&] {
+    const auto* widget = qobject_cast<QWidget*>(Control(form, control));
+    return widget != nullptr && widget->isVisible() && widget->isEnabled();
+  });
+  // Not waited for: what the click starts may show a dialog and run its loop.
+  QMetaObject::invokeMethod(
+      Anchor(),
+      [=] {
+        if (auto* widget = qobject_cast<QWidget*>(Control(form, control))) {
+          QTest::mouseClick(widget, Qt::LeftButton);
+        }
+      },
+      Qt::QueuedConnection);
+}
+
+void Robot::Trigger(const QString& form, const QString& entry) {
+  WaitFor(u"%1 of %2 to be enabled"_s.arg(entry, form), [&] {
+    const auto* action = qobject_cast<QAction*>(Control(form, entry));
+    return action != nullptr && action->isEnabled();
+  });
+  QMetaObject::invokeMethod(
+      Anchor(),
+      [=] {
+        if (auto* action = qobject_cast<QAction*>(Control(form, entry))) action->trigger();
+      },
+      Qt::QueuedConnection);
+}
+
+void Robot::Type(const QString& form, const QString& control, const QString& text) {
+  InGui([&] {
+    auto* widget = qobject_cast<QWidget*>(Control(form, control));
+    if (widget == nullptr) return;
+    widget->setFocus();
+    if (auto* line = qobject_cast<QLineEdit*>(widget)) line->selectAll();
+    if (auto* combo = qobject_cast<QComboBox*>(widget)) {
+      if (combo->lineEdit() != nullptr) combo->lineEdit()->selectAll();
+    }
+    QTest::keyClicks(widget, text);
+  });
+}
+
+void Robot::Press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
+  QMetaObject::invokeMethod(
+      Anchor(),
+      [=] {
+        QWidget* window = QApplication::activeWindow();
+        QWidget* target = QApplication::focusWidget();
+        if (target == nullptr) target = window;
+        if (target != nullptr) QTest::keyClick(target, key, modifiers);
+      },
+      Qt::QueuedConnection);
+}
+
+QString Robot::Text(const QString& form, const QString& control) {
+  return InGui([&]() -> QString {
+    QObject* object = Control(form, control);
+    if (const auto* label = qobject_cast<QLabel*>(object)) return label->text();
+    if (const auto* button = qobject_cast<QAbstractButton*>(object)) return button->text();
+    if (const auto* line = qobject_cast<QLineEdit*>(object)) return line->text();
+    if (const auto* combo = qobject_cast<QComboBox*>(object)) return combo->currentText();
+    if (const auto* group = qobject_cast<QGroupBox*>(object)) return group->title();
+    return {};
+  });
+}
+
+void Robot::WaitForText(const QString& form, const QString& control, const QString& text,
+                        int milliseconds) {
+  QElapsedTimer timer;
+  timer.start();
+  QString seen;
+  while ((seen = Text(form, control)) != text) {
+    if (timer.elapsed() > milliseconds) {
+      throw std::runtime_error(
+          u"%1 of %2 shows \"%3\" and not \"%4\""_s.arg(control, form, seen, text).toStdString());
+    }
+    Pause(20);
+  }
+}
+
+void Robot::Picture(const QString& path) {
+  const bool written =
+      InGui([&] { return QApplication::primaryScreen()->grabWindow(0).save(path); });
+  if (!written) throw std::runtime_error("no picture at " + path.toStdString());
+}
+
+void Robot::PictureOf(const QString& form, const QString& path) {
+  const bool written = InGui([&] {
+    QWidget* window = Form(form);
+    return window != nullptr && window->grab().save(path);
+  });
+  if (!written) throw std::runtime_error("no picture at " + path.toStdString());
+}
+
+}  // namespace tessmar::test
