@@ -35,18 +35,18 @@ QStringList CommandsOf(const ModemRequest& request) {
 
 bool IsFileMissing(const ModemRequest& request) {
   if (!request.UseCommandFile || request.CommandFile.isEmpty()) return false;
-  const QFileInfo file(request.CommandFile);
-  return !file.exists() || file.isDir();
+  return !QFileInfo(request.CommandFile).isFile();
 }
 
 }  // namespace
 
 QStringList ReadModemCommands(QIODevice& file) {
   QStringList commands;
-  while (!file.atEnd() && commands.size() < kMostFileCommands) {
+  while (commands.size() < kMostFileCommands) {
+    const QByteArray read = file.readLine();
+    if (read.isEmpty()) break;
     // A line ends in a line feed, a carriage return or both.
-    const QString read = QString::fromLatin1(file.readLine());
-    for (const QString& line : read.split(u'\r')) {
+    for (const QString& line : QString::fromLatin1(read).split(u'\r')) {
       const QString command = Command(line);
       if (!command.isEmpty() && commands.size() < kMostFileCommands) commands.append(command);
     }

@@ -26,9 +26,9 @@ void RememberNumber(std::array<QString, 4>& numbers, const QString& number);
 
 /// What the operator asked of the modem.
 struct ModemRequest {
-  QString Number;
+  QString Number = {};
   bool UseCommandFile = false;
-  QString CommandFile;  ///< Path; empty is none.
+  QString CommandFile = {};  ///< Path; empty is none.
 };
 
 /// Shows the modem's dialogue until it has ended.
