@@ -1,5 +1,6 @@
 #include "link/frmConnect.h"
 
+#include <QAbstractItemView>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QCoreApplication>
@@ -13,7 +14,9 @@
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScopeGuard>
+#include <QStyle>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "link/ConnectChoices.h"
 #include "link/ModemConnection.h"
@@ -47,6 +50,25 @@ QLabel* MakeLabel(TextId caption, QComboBox* control, const QString& line) {
   return label;
 }
 
+/// Gives the label and speed columns of two areas the same widths.
+void AlignColumns(QGridLayout& first, QGridLayout& second) {
+  constexpr int kRows = 2;
+  for (const int column : {0, 2, 3}) {
+    int width = 0;
+    for (const QGridLayout* area : {&first, &second}) {
+      for (int row = 0; row < kRows; ++row) {
+        const QLayoutItem* item = area->itemAtPosition(row, column);
+        // What spans several columns does not decide about one.
+        if (item != nullptr && area->itemAtPosition(row, 1) != item) {
+          width = std::max(width, item->sizeHint().width());
+        }
+      }
+    }
+    first.setColumnMinimumWidth(column, width);
+    second.setColumnMinimumWidth(column, width);
+  }
+}
+
 template <typename Control>
 Control* Named(const QString& name, Control* control) {
   control->setObjectName(name);
@@ -70,8 +92,8 @@ frmConnect::frmConnect(Comm& comm, LoggerCommands& commands, LinkState& link,
   setObjectName(u"frmConnect"_s);
   setWindowTitle(Caption(TextId::Connect));
   MakeControls();
-  LayOut();
   Load(enumeratePorts());
+  LayOut();
   connect(chkInitFile_, &QCheckBox::toggled, this,
           [this](bool on) { settings_.UseModemInit = on ? 1 : 0; });
   connect(cmdBrowse_, &QPushButton::clicked, this, [this] { Browse(); });
@@ -141,10 +163,11 @@ void frmConnect::LayOut() {
   modem->addLayout(file, 3, 0, 1, 4);
   modem->setColumnStretch(1, 1);
 
+  AlignColumns(*direct, *modem);
   auto* lines = new QGridLayout;
   lines->addWidget(optDirect_, 0, 0);
   lines->addWidget(fraDirect_, 0, 1);
-  lines->addWidget(optModem_, 1, 0, Qt::AlignTop);
+  lines->addWidget(optModem_, 1, 0);
   lines->addWidget(fraModem_, 1, 1);
   lines->setColumnStretch(1, 1);
 
@@ -176,8 +199,13 @@ void frmConnect::Load(const QStringList& enumerated) {
   chkInitFile_->setChecked(settings_.UseModemInit != 0);
 
   const QStringList ports = PortItems(enumerated);
-  cmbPort1_->addItems(ports);
-  cmbPort2_->addItems(ports);
+  for (QComboBox* list : {cmbPort1_, cmbPort2_}) {
+    list->addItems(ports);
+    // The opened list shows long names whole.
+    QAbstractItemView* view = list->view();
+    view->setMinimumWidth(view->sizeHintForColumn(0) +
+                          view->style()->pixelMetric(QStyle::PM_ScrollBarExtent));
+  }
   cmbBaud1_->addItems(DirectBaudItems());
   cmbBaud2_->addItems(ModemBaudItems());
   cmbPort1_->setCurrentIndex(InitialPortIndex(ports, settings_.DirectPort));
