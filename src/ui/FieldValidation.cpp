@@ -88,9 +88,24 @@ bool FieldValidation::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool FieldValidation::MayLeaveFor(QWidget* control) {
-  QWidget* field = GuardedField(screen_.focusWidget());
-  if (field == nullptr || GuardedField(control) == field || IsExempt(control)) return true;
-  return Run(field);
+  const QPointer<QWidget> focused = screen_.focusWidget();
+  QWidget* field = GuardedField(focused);
+  // The toolkit moves the focus before a press is delivered.
+  const bool moved = left_ != nullptr && focused != nullptr && GuardedField(control) != left_;
+  if (moved) {
+    field = left_;
+    left_->setFocus(Qt::OtherFocusReason);
+  }
+  left_ = nullptr;
+  if (field == nullptr || GuardedField(control) == field || IsExempt(control)) {
+    if (moved) focused->setFocus(Qt::MouseFocusReason);
+    left_ = nullptr;
+    return true;
+  }
+  const bool accepted = Run(field);
+  if (moved && accepted && focused != nullptr) focused->setFocus(Qt::MouseFocusReason);
+  left_ = nullptr;
+  return accepted;
 }
 
 /// True when the key would leave the field and the field refuses.
@@ -112,20 +127,24 @@ bool FieldValidation::LeavesByKey(QWidget* receiver, const QKeyEvent& event) {
 }
 
 /// Catches what the events above do not announce, such as a control that is given the focus by
-/// code. The check waits until the move is over, because its message may not run inside of it.
+/// code. The check waits until the move is over, because its message may not run inside of it; the
+/// press that made the move comes first.
 void FieldValidation::FocusMoved(QWidget* from, Qt::FocusReason reason) {
-  QPointer<QWidget> field = GuardedField(from);
+  QWidget* field = GuardedField(from);
   QWidget* next = QApplication::focusWidget();
-  if (field == nullptr || !StaysOnScreen(reason) || next == nullptr) return;
+  if (field == nullptr || checking_ || !StaysOnScreen(reason) || next == nullptr) return;
   if (next->window() != &screen_ || GuardedField(next) == field || IsExempt(next)) return;
+  left_ = field;
   QMetaObject::invokeMethod(
-      this,
-      [this, field] {
-        if (field == nullptr || !field->isVisible() || !field->isEnabled()) return;
-        if (field->hasFocus() || !screen_.isVisible()) return;
-        if (!Run(field)) field->setFocus(Qt::OtherFocusReason);
-      },
-      Qt::QueuedConnection);
+      this, [this] { CheckLeftField(); }, Qt::QueuedConnection);
+}
+
+void FieldValidation::CheckLeftField() {
+  const QPointer<QWidget> field = std::exchange(left_, nullptr);
+  if (field == nullptr || !field->isVisible() || !field->isEnabled() || !screen_.isVisible())
+    return;
+  if (field->hasFocus()) return;
+  if (!Run(field)) field->setFocus(Qt::OtherFocusReason);
 }
 
 bool FieldValidation::Run(QWidget* field) {

@@ -3,6 +3,7 @@
 #include <QDialog>
 #include <QHash>
 #include <QObject>
+#include <QPointer>
 #include <QSet>
 #include <functional>
 
@@ -36,6 +37,7 @@ class FieldValidation final : public QObject {
   bool MayLeaveFor(QWidget* control);
   bool LeavesByKey(QWidget* receiver, const QKeyEvent& event);
   void FocusMoved(QWidget* from, Qt::FocusReason reason);
+  void CheckLeftField();
   bool Run(QWidget* field);
   QWidget* GuardedField(QWidget* widget) const;
   bool IsExempt(QWidget* control) const;
@@ -43,6 +45,7 @@ class FieldValidation final : public QObject {
   QDialog& screen_;
   QHash<QWidget*, Check> checks_;
   QSet<QWidget*> exempt_;
+  QPointer<QWidget> left_;  ///< Lost the focus to a control of the screen and is not checked yet.
   bool checking_ = false;
 };
 
