@@ -12,6 +12,8 @@ constexpr CivilSeconds kDay = 24 * kHour;
 constexpr double kDaysAYear = 365.25;
 constexpr CivilSeconds kRainSlot = 300;
 constexpr CivilSeconds kSecondsPerFlowPulse = 11;
+/// Water and air pass a probe in parcels: readings wander from one second to the next.
+constexpr CivilSeconds kParcel = 5;
 
 /// Streams of the seeded noise.
 enum Stream : std::uint32_t {
@@ -21,7 +23,9 @@ enum Stream : std::uint32_t {
   kMinerals,
   kSpells,
   kDrops,
-  kLoad
+  kLoad,
+  kEddies,
+  kGusts
 };
 
 /// A well-mixed number in [0, 1) for a place in a stream.
@@ -76,6 +80,14 @@ PondReading PondModel::At(CivilSeconds time) const {
   reading.OxygenPressure =
       saturation * 0.2095 * (reading.AirPressure - VapourPressure(reading.WaterTemperature));
   reading.BatteryVoltage = 12.35 + 1.1 * sun + 0.03 * Weather(kLoad, time, kHour / 2);
+
+  const double eddy = Weather(kEddies, time, kParcel);
+  const double gust = Weather(kGusts, time, kParcel);
+  reading.OxygenPressure += 0.9 * eddy;
+  reading.WaterTemperature = std::max(0.3, reading.WaterTemperature + 0.018 * eddy);
+  reading.Conductivity += 1.5 * eddy;
+  reading.AirPressure += 0.15 * gust;
+  reading.BatteryVoltage += 0.01 * gust;
   return reading;
 }
 

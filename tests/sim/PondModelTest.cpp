@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+
 namespace tessmar::test {
 namespace {
 
@@ -35,6 +37,17 @@ TEST(PondModel, HasMoreOxygenInTheAfternoonThanAtDawn) {
   const PondModel pond(1);
   for (CivilSeconds day = kJune; day < kJune + 30 * kDay; day += kDay)
     EXPECT_GT(pond.At(day + 17 * kHour).OxygenPressure, pond.At(day + 5 * kHour).OxygenPressure);
+}
+
+TEST(PondModel, ReadingsMoveFromOneSecondToTheNext) {
+  const PondModel pond(1);
+  int moved = 0;
+  for (sim::CivilSeconds second = 0; second < 60; ++second) {
+    if (std::abs(pond.At(second).OxygenPressure - pond.At(second + 1).OxygenPressure) > 0.05) {
+      ++moved;
+    }
+  }
+  EXPECT_GT(moved, 30);
 }
 
 TEST(PondModel, IsWarmerInSummerThanInWinter) {
