@@ -1,0 +1,171 @@
+// What a full history costs: decoding, cells, pack, CSV beside a plain copy of the same file, and
+// the import of a full image. The numbers are for reading, never for a test.
+
+#include <benchmark/benchmark.h>
+
+#include <QBuffer>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+#include <array>
+#include <random>
+
+#include "history/CsvExport.h"
+#include "history/HistoryBuffer.h"
+#include "history/HistoryTable.h"
+#include "history/HistoryUpload.h"
+#include "history/ImageImport.h"
+
+namespace tessmar {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr int kRecords = HistoryBuffer::kCapacity;
+
+LinkState TenChannels() {
+  LinkState link;
+  link.TrapErrors = true;
+  link.AnalogChannelCount = 8;
+  link.PulseChannelCount = 2;
+  return link;
+}
+
+LoggerSettings AllEnabled() {
+  LoggerSettings settings;
+  LoadDefaultSettings(settings, 8);
+  for (AnalogChannelSettings& channel : settings.Analog) {
+    channel.Enable = 1;
+    channel.DecPlaces = 2;
+    channel.RawScaleUpper = 65535;
+    channel.UpperLimit = 100;
+  }
+  for (PulseChannelSettings& channel : settings.Pulse) {
+    channel.Enable = 1;
+    channel.PulseUnit = 0.25;
+    channel.DecPlaces = 2;
+  }
+  return settings;
+}
+
+/// A full buffer. With noise all words of all records differ, otherwise one record in ten does.
+struct FullHistory {
+  explicit FullHistory(bool noise) {
+    std::mt19937 luck(1);
+    LiveSample record;
+    record.HasTime = true;
+    for (int i = 0; i < kRecords; ++i) {
+      record.PackedTime = 0x20F40000U + static_cast<std::uint32_t>(i / 1000) * 0x20000U +
+                          static_cast<std::uint32_t>(i % 1000) * 60;
+      if (noise || i % 10 == 0)
+        for (std::int32_t& word : record.Value) word = static_cast<std::int32_t>(luck() % 65536);
+      Buffer.Append(record);
+    }
+  }
+  HistoryTable Table() const { return HistoryTable(Buffer, Settings, Link, false, Locale); }
+
+  HistoryBuffer Buffer;
+  LinkState Link = TenChannels();
+  LoggerSettings Settings = AllEnabled();
+  SystemLocale Locale{QLocale(QLocale::English, QLocale::UnitedStates)};
+};
+
+void TakeBlocks(benchmark::State& state) {
+  const LinkState link = TenChannels();
+  HistoryBuffer buffer;
+  HistoryUpload::Reply reply{};
+  reply[0] = 10;
+  HistoryUpload upload(link, buffer, kRecords);
+  for (auto _ : state) {
+    upload.NextRequest();
+    if (buffer.Count() > kRecords - 20) buffer.Clear();
+    reply[1] = static_cast<std::uint8_t>(reply[1] + 1);
+    benchmark::DoNotOptimize(upload.TakeBlock(reply));
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(TakeBlocks);
+
+void FormatCells(benchmark::State& state) {
+  const FullHistory history(true);
+  const HistoryTable table = history.Table();
+  std::array<char, HistoryTable::kCellSize> text;
+  std::int32_t row = 0;
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(table.WriteCell(text.data(), table.Record(row), 3));
+    row = (row + 1) % kRecords;
+  }
+  state.SetItemsProcessed(state.iterations());
+}
+BENCHMARK(FormatCells);
+
+void PackAll(benchmark::State& state) {
+  const FullHistory history(state.range(0) != 0);
+  for (auto _ : state) {
+    HistoryTable table = history.Table();
+    table.Pack([](std::int32_t) {});
+    benchmark::DoNotOptimize(table.RowCount());
+  }
+}
+BENCHMARK(PackAll)->ArgName("noise")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+const CsvHead kHead{u"Mill Pond 3"_s, QDateTime(QDate(2010, 12, 27), QTime(15, 5, 12)), false};
+
+void SaveAll(benchmark::State& state) {
+  const FullHistory history(true);
+  const HistoryTable table = history.Table();
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(u"history.csv"_s);
+  for (auto _ : state) SaveCsv(path, table, kHead, [](std::int32_t) {});
+  state.SetBytesProcessed(state.iterations() * QFileInfo(path).size());
+}
+BENCHMARK(SaveAll)->Unit(benchmark::kMillisecond);
+
+void CopyTheSameFile(benchmark::State& state) {
+  const FullHistory history(true);
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(u"history.csv"_s);
+  SaveCsv(path, history.Table(), kHead, [](std::int32_t) {});
+  std::vector<char> bytes(256 * 1024);
+  for (auto _ : state) {
+    QFile from(path);
+    QFile to(folder.filePath(u"copy.csv"_s));
+    if (!from.open(QIODevice::ReadOnly | QIODevice::Unbuffered) ||
+        !to.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered)) {
+      state.SkipWithError("the files cannot be opened");
+      return;
+    }
+    while (true) {
+      const qint64 count = from.read(bytes.data(), static_cast<qint64>(bytes.size()));
+      if (count <= 0) break;
+      to.write(bytes.data(), count);
+    }
+  }
+  state.SetBytesProcessed(state.iterations() * QFileInfo(path).size());
+}
+BENCHMARK(CopyTheSameFile)->Unit(benchmark::kMillisecond);
+
+void ImportAFullImage(benchmark::State& state) {
+  const LinkState link = TenChannels();
+  HistoryBuffer buffer;
+  const QTemporaryDir folder;
+  QFile file(folder.filePath(u"logger.bin"_s));
+  if (!file.open(QIODevice::ReadWrite)) {
+    state.SkipWithError("the image cannot be written");
+    return;
+  }
+  file.write(QByteArray(2112 + 4088 * 264, '\x11'));
+  file.flush();
+  for (auto _ : state) {
+    file.seek(0);
+    benchmark::DoNotOptimize(ReadImageConfiguration(file));
+    ReadImageRecords(file, link, buffer);
+  }
+  state.SetItemsProcessed(state.iterations() * 4088);
+}
+BENCHMARK(ImportAFullImage)->Unit(benchmark::kMillisecond);
+
+}  // namespace
+}  // namespace tessmar
+
+BENCHMARK_MAIN();
