@@ -54,19 +54,40 @@ HistoryTable::HistoryTable(const HistoryBuffer& buffer, const LoggerSettings& se
 }
 
 void HistoryTable::AddColumns(bool showRelays) {
-  columns_.push_back({Kind::DateTime, 0, u"DateTime"_s,
-                      GetText(TextId::Date) + u" / "_s + GetText(TextId::Time), 1500, false});
+  columns_.push_back({.Content = Kind::DateTime,
+                      .Key = u"DateTime"_s,
+                      .Heading = GetText(TextId::Date) + u" / "_s + GetText(TextId::Time),
+                      .WidthTwips = 1500});
   for (int channel = 0; channel < analogChannelCount_; ++channel) {
-    if (settings_.Analog[static_cast<std::size_t>(channel)].Enable != 0)
-      columns_.push_back({Kind::Analog, channel, {}, settings_.EngUnits(channel), 1200, true});
+    if (settings_.Analog[static_cast<std::size_t>(channel)].Enable == 0) continue;
+    const bool own = QuantityShown(settings_.Do, channel) == ShownQuantity::OwnReading;
+    AddChannel(Kind::Analog, channel, channel, channel, 1200, own);
   }
-  for (int relay = 0; showRelays && relay < kRelayCount; ++relay)
-    columns_.push_back({Kind::Relay, relay, {}, u"Relay %1"_s.arg(relay + 1), 950, true});
+  for (int relay = 0; showRelays && relay < kRelayCount; ++relay) {
+    columns_.push_back({.Content = Kind::Relay,
+                        .Channel = relay,
+                        .Heading = u"Relay %1"_s.arg(relay + 1),
+                        .WidthTwips = 950,
+                        .Centred = true});
+  }
   for (int channel = 0; channel < pulseChannelCount_; ++channel) {
-    if (settings_.Pulse[static_cast<std::size_t>(channel)].Enable != 0)
-      columns_.push_back(
-          {Kind::Pulse, channel, {}, settings_.EngUnits(kAnalogChannels + channel), 1440, true});
+    if (settings_.Pulse[static_cast<std::size_t>(channel)].Enable == 0) continue;
+    AddChannel(Kind::Pulse, channel, kAnalogChannels + channel, analogChannelCount_ + channel, 1440,
+               true);
   }
+}
+
+// entry is the channel's place in the sequence of units and decimals, word the one in a record.
+void HistoryTable::AddChannel(Kind kind, int channel, int entry, int word, int widthTwips,
+                              bool ownReading) {
+  columns_.push_back({.Content = kind,
+                      .Channel = channel,
+                      .Heading = settings_.EngUnits(entry),
+                      .WidthTwips = widthTwips,
+                      .Centred = true,
+                      .Decimals = settings_.DecPlaces(entry),
+                      .Word = word,
+                      .OwnReading = ownReading});
 }
 
 void HistoryTable::Pack(const Progress& progress) {
@@ -113,24 +134,25 @@ QString HistoryTable::CellText(std::int32_t row, int column) const {
 
 int HistoryTable::WriteCell(char* out, const LiveSample& record, int column) const {
   const HistoryColumn& content = Column(column);
+  const auto channel = static_cast<std::size_t>(content.Channel);
   switch (content.Content) {
     case Kind::DateTime:
       throw RangeFault("the time stamp is not a data cell");
     case Kind::Analog:
-      return WriteAnalog(out, record, content.Channel);
+      if (!content.OwnReading) return WriteDerived(out, record, content);
+      return FormatValueTo(out, ScaleRaw(settings_.Analog[channel], record.Value[channel]),
+                           content.Decimals);
     case Kind::Relay:
       return WriteRelay(out, record, content.Channel);
     case Kind::Pulse:
       break;
   }
-  return WritePulse(out, record, content.Channel);
+  const std::int32_t word = record.Value[static_cast<std::size_t>(content.Word)];
+  return FormatValueTo(out, word * settings_.Pulse[channel].PulseUnit, content.Decimals);
 }
 
-int HistoryTable::WriteAnalog(char* out, const LiveSample& record, int channel) const {
-  const int decimals = settings_.DecPlaces(channel);
-  if (QuantityShown(settings_.Do, channel) == ShownQuantity::OwnReading)
-    return FormatValueTo(out, ChannelValue(record, channel), decimals);
-
+int HistoryTable::WriteDerived(char* out, const LiveSample& record,
+                               const HistoryColumn& column) const {
   // What counts as available here is Enable alone: a channel that is enabled but that the logger
   // does not have reads 0.
   std::array<ChannelReading, kAnalogChannels> readings;
@@ -139,18 +161,13 @@ int HistoryTable::WriteAnalog(char* out, const LiveSample& record, int channel) 
     readings[place] = {ChannelValue(record, source), settings_.Analog[place].Enable != 0};
   }
   try {
-    const ChannelReading shown = ShownReading(settings_.Do, channel, readings);
-    return shown.Available ? FormatValueTo(out, shown.Value, decimals) : Write(out, kNoValue);
+    const ChannelReading shown = ShownReading(settings_.Do, column.Channel, readings);
+    return shown.Available ? FormatValueTo(out, shown.Value, column.Decimals)
+                           : Write(out, kNoValue);
   } catch (const Fault&) {
     // A cell is made while the table is painted, where a fault has nowhere to go.
     return Write(out, kNoValue);
   }
-}
-
-int HistoryTable::WritePulse(char* out, const LiveSample& record, int channel) const {
-  const std::int32_t word = record.Value[static_cast<std::size_t>(analogChannelCount_ + channel)];
-  const PulseChannelSettings& pulse = settings_.Pulse[static_cast<std::size_t>(channel)];
-  return FormatValueTo(out, word * pulse.PulseUnit, settings_.DecPlaces(kAnalogChannels + channel));
 }
 
 int HistoryTable::WriteRelay(char* out, const LiveSample& record, int relay) const {
@@ -172,22 +189,9 @@ double HistoryTable::ChannelValue(const LiveSample& record, int channel) const {
 // compared.
 bool HistoryTable::SameSources(const HistoryColumn& column, const LiveSample& a,
                                const LiveSample& b) const {
-  switch (column.Content) {
-    case Kind::Pulse: {
-      const auto place = static_cast<std::size_t>(analogChannelCount_ + column.Channel);
-      return a.Value[place] == b.Value[place];
-    }
-    case Kind::Analog:
-      if (QuantityShown(settings_.Do, column.Channel) == ShownQuantity::OwnReading) {
-        const auto place = static_cast<std::size_t>(column.Channel);
-        return a.Value[place] == b.Value[place];
-      }
-      break;
-    case Kind::DateTime:
-    case Kind::Relay:
-      break;
-  }
-  return a.Value == b.Value;
+  if (!column.OwnReading) return a.Value == b.Value;
+  const auto word = static_cast<std::size_t>(column.Word);
+  return a.Value[word] == b.Value[word];
 }
 
 }  // namespace tessmar

@@ -17,11 +17,14 @@ namespace tessmar {
 struct HistoryColumn {
   enum class Kind { DateTime, Analog, Relay, Pulse };
   Kind Content = Kind::DateTime;
-  int Channel = 0;  ///< Analog or pulse channel or relay, from 0.
-  QString Key;      ///< "DateTime" for the first column, empty for the others.
-  QString Heading;
+  int Channel = 0;   ///< Analog or pulse channel or relay, from 0.
+  QString Key = {};  ///< "DateTime" for the first column, empty for the others.
+  QString Heading = {};
   int WidthTwips = 0;  ///< 15 twips are one logical pixel.
   bool Centred = false;
+  int Decimals = 0;         ///< Of the cells.
+  int Word = 0;             ///< Place of the channel's own word in a record.
+  bool OwnReading = false;  ///< The cells follow from that word alone.
 };
 
 /// HistoryBuffer in engineering units: one row for each record, one column for the time stamp and
@@ -67,8 +70,9 @@ class HistoryTable {
 
  private:
   void AddColumns(bool showRelays);
-  int WriteAnalog(char* out, const LiveSample& record, int channel) const;
-  int WritePulse(char* out, const LiveSample& record, int channel) const;
+  void AddChannel(HistoryColumn::Kind kind, int channel, int entry, int word, int widthTwips,
+                  bool ownReading);
+  int WriteDerived(char* out, const LiveSample& record, const HistoryColumn& column) const;
   int WriteRelay(char* out, const LiveSample& record, int relay) const;
   double ChannelValue(const LiveSample& record, int channel) const;
   bool SameSources(const HistoryColumn& column, const LiveSample& a, const LiveSample& b) const;
