@@ -13,7 +13,7 @@ constexpr std::uint8_t kWrongAcknowledge = 0xFB;
 constexpr Micros kLateBy = 1500ms;
 constexpr std::array<std::uint8_t, 5> kJunk = {0x00, 0x13, 0x55, 0xFF, 0xFA};
 constexpr std::uint32_t kIntervalAddress = LoggerMemory::kFirstArea + 32;
-constexpr CivilSeconds kPulseHistory = 2 * 86400;
+constexpr CivilSeconds kPulseHistory{172800};  // two days
 
 }  // namespace
 
