@@ -39,7 +39,7 @@ CivilTime ToCivilTime(CivilSeconds seconds) {
 
 CivilSeconds ToCivilSeconds(const CivilTime& time) {
   const auto days = (std::chrono::sys_days{DateOf(time)} - kEpoch).count();
-  return days * kSecondsADay + time.Hour * 3600 + time.Minute * 60 + time.Second;
+  return ((days * 24 + time.Hour) * 60 + time.Minute) * 60 + time.Second;
 }
 
 bool IsRealTime(const CivilTime& time) {
