@@ -70,6 +70,29 @@ QGridLayout* GridOf(QWidget* widget) {
 
 }  // namespace
 
+// clang-format off
+const std::array<SetupAnalogPage::NumberRow, 6> SetupAnalogPage::kNumberRows{{
+    {kHighEURow, "txtHighEU", TextId::HighEngrUnits,
+     u"Floating point value of upper calibration point expressed in engineering units",
+     &Column::txtHighEU, &AnalogColumnControls::txtHighEU},
+    {kLowEURow, "txtLowEU", TextId::LowEngrUnits,
+     u"Floating point value of lower calibration point expressed in engineering units",
+     &Column::txtLowEU, &AnalogColumnControls::txtLowEU},
+    {kHighRawRow, "txtHighRaw", TextId::HighRawValue,
+     u"Integer value of upper calibration point ( 0-65535)",
+     &Column::txtHighRaw, &AnalogColumnControls::txtHighRaw},
+    {kLowRawRow, "txtLowRaw", TextId::LowRawValue,
+     u"Integer value of lower calibration point (0-65535)",
+     &Column::txtLowRaw, &AnalogColumnControls::txtLowRaw},
+    {kTopRow, "txtTop", TextId::DisplayHighValue,
+     u"Floating point value of top of display meter",
+     &Column::txtTop, &AnalogColumnControls::txtTop},
+    {kBottomRow, "txtBottom", TextId::DisplayLowValue,
+     u"Floating point value of bottom of display meter",
+     &Column::txtBottom, &AnalogColumnControls::txtBottom},
+}};
+// clang-format on
+
 SetupAnalogPage::SetupAnalogPage(int channelCount, QWidget* parent)
     : QWidget(parent),
       channelCount_(std::clamp(channelCount, 0, kAnalogChannels)),
@@ -93,63 +116,58 @@ QWidget* SetupAnalogPage::NewRowLabels() {
   return labels;
 }
 
+QGroupBox* SetupAnalogPage::NewFrame(int channel, bool exists) {
+  auto* frame = new QGroupBox(QString::number(channel + 1), this);
+  frame->setObjectName(ElementName("fraSetup", channel));
+  frame->setAccessibleName(frame->title());
+  frame->setEnabled(exists);
+  auto* grid = new QGridLayout(frame);
+  grid->setContentsMargins(4, grid->contentsMargins().top(), 4, grid->contentsMargins().bottom());
+  return frame;
+}
+
 SetupAnalogPage::Column SetupAnalogPage::NewColumn(int channel, bool exists) {
   Column column;
-  column.fraSetup = new QGroupBox(QString::number(channel + 1), this);
-  column.fraSetup->setObjectName(ElementName("fraSetup", channel));
-  column.fraSetup->setAccessibleName(column.fraSetup->title());
-  column.fraSetup->setEnabled(exists);
-  auto* grid = new QGridLayout(column.fraSetup);
-  grid->setContentsMargins(4, grid->contentsMargins().top(), 4, grid->contentsMargins().bottom());
+  column.fraSetup = NewFrame(channel, exists);
   if (!exists) return column;
 
   QWidget* frame = column.fraSetup;
-  const auto field = [&](const char* name, TextId label, const QString& tip) {
-    QLineEdit* edit = NewField(ElementName(name, channel), Spoken(label, channel), tip, frame);
-    edit->setMinimumWidth(edit->fontMetrics().horizontalAdvance(u"-999999.99"_s));
-    return edit;
-  };
-  const auto list = [&](const char* name, TextId label, const QStringList& items,
-                        const QString& tip) {
-    QComboBox* box =
+  QGridLayout* grid = GridOf(frame);
+  const auto add = [grid](QWidget* control, int row) { grid->addWidget(control, row, 0); };
+  const auto newList = [&](const char* name, TextId label, const QStringList& items,
+                           const QString& tip) {
+    QComboBox* list =
         NewEditableList(ElementName(name, channel), Spoken(label, channel), items, tip, frame);
-    box->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    box->setMinimumContentsLength(6);
-    return box;
+    list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+    list->setMinimumContentsLength(6);
+    return list;
   };
+
   column.chkEnable =
       NewCheckBox(ElementName("chkEnable", channel), GetText(TextId::Enable),
                   u"Selects if channel is included in display and history "_s, frame);
   column.chkEnable->setAccessibleName(Spoken(TextId::Enable, channel));
-  column.cmbEU = list("cmbEU", TextId::Units, AnalogUnits(),
-                      u"Name of measurement engineering units (9 characters max)"_s);
-  column.txtHighEU =
-      field("txtHighEU", TextId::HighEngrUnits,
-            u"Floating point value of upper calibration point expressed in engineering units"_s);
-  column.txtLowEU =
-      field("txtLowEU", TextId::LowEngrUnits,
-            u"Floating point value of lower calibration point expressed in engineering units"_s);
-  column.txtHighRaw = field("txtHighRaw", TextId::HighRawValue,
-                            u"Integer value of upper calibration point ( 0-65535)"_s);
-  column.txtLowRaw = field("txtLowRaw", TextId::LowRawValue,
-                           u"Integer value of lower calibration point (0-65535)"_s);
-  column.txtTop =
-      field("txtTop", TextId::DisplayHighValue, u"Floating point value of top of display meter"_s);
-  column.txtBottom = field("txtBottom", TextId::DisplayLowValue,
-                           u"Floating point value of bottom of display meter"_s);
-  column.cmbPrecision = list("cmbPrecision", TextId::DecimalPlaces, PrecisionItems(),
-                             u"Number of digits to display after decimal point "_s);
+  add(column.chkEnable, kEnableRow);
+  column.cmbEU = newList("cmbEU", TextId::Units, AnalogUnits(),
+                         u"Name of measurement engineering units (9 characters max)"_s);
+  add(column.cmbEU, kUnitsRow);
+  for (const NumberRow& row : kNumberRows) {
+    QLineEdit* field = NewField(ElementName(row.Name, channel), Spoken(row.Label, channel),
+                                QString::fromUtf16(row.Tip), frame);
+    field->setMinimumWidth(field->fontMetrics().horizontalAdvance(u"-999999.99"_s));
+    column.*row.Field = field;
+    add(field, row.Row);
+  }
+  column.cmbPrecision = newList("cmbPrecision", TextId::DecimalPlaces, PrecisionItems(),
+                                u"Number of digits to display after decimal point "_s);
+  add(column.cmbPrecision, kPrecisionRow);
   column.cmdCalibrate = NewButton(ElementName("cmdCalibrate", channel), GetText(TextId::Calibrate),
                                   u"Run dialog that assists setting calibration points"_s, frame);
   column.cmdCalibrate->setAccessibleName(Spoken(TextId::Calibrate, channel));
+  add(column.cmdCalibrate, kCalibrateRow);
   QObject::connect(column.cmdCalibrate, &QPushButton::clicked, this, [this, channel] {
     if (OnCalibrate) OnCalibrate(channel);
   });
-
-  QWidget* const rows[kRowCount] = {
-      column.chkEnable, column.cmbEU,  column.txtHighEU, column.txtLowEU,     column.txtHighRaw,
-      column.txtLowRaw, column.txtTop, column.txtBottom, column.cmbPrecision, column.cmdCalibrate};
-  for (int row = 0; row < kRowCount; ++row) grid->addWidget(rows[row], row, 0);
   return column;
 }
 
@@ -186,27 +204,19 @@ void SetupAnalogPage::Guard(FieldChecks& checks) {
   for (int channel = 0; channel < channelCount_; ++channel) {
     const Column& column = columns_[static_cast<std::size_t>(channel)];
     checks.Guard(column.cmbEU);
-    checks.Guard(column.txtHighEU);
-    checks.Guard(column.txtLowEU);
-    checks.Guard(column.txtHighRaw);
-    checks.Guard(column.txtLowRaw);
-    checks.Guard(column.txtTop);
-    checks.Guard(column.txtBottom);
+    for (const NumberRow& row : kNumberRows) checks.Guard(column.*row.Field);
     checks.Guard(column.cmbPrecision);
   }
 }
 
 AnalogColumnControls SetupAnalogPage::ReadColumn(int channel) const {
   const Column& column = columns_[static_cast<std::size_t>(channel)];
-  return {.chkEnable = column.chkEnable->isChecked(),
-          .cmbEU = column.cmbEU->currentText(),
-          .txtHighEU = column.txtHighEU->text(),
-          .txtLowEU = column.txtLowEU->text(),
-          .txtHighRaw = column.txtHighRaw->text(),
-          .txtLowRaw = column.txtLowRaw->text(),
-          .txtTop = column.txtTop->text(),
-          .txtBottom = column.txtBottom->text(),
-          .cmbPrecision = ListPosition(*column.cmbPrecision)};
+  AnalogColumnControls values;
+  values.chkEnable = column.chkEnable->isChecked();
+  values.cmbEU = column.cmbEU->currentText();
+  for (const NumberRow& row : kNumberRows) values.*row.Text = (column.*row.Field)->text();
+  values.cmbPrecision = ListPosition(*column.cmbPrecision);
+  return values;
 }
 
 void SetupAnalogPage::Read(SetupControls& controls) const {
@@ -220,12 +230,7 @@ void SetupAnalogPage::Write(const SetupControls& controls) {
     const AnalogColumnControls& values = controls.Analog[static_cast<std::size_t>(channel)];
     column.chkEnable->setChecked(values.chkEnable);
     column.cmbEU->setCurrentText(values.cmbEU);
-    column.txtHighEU->setText(values.txtHighEU);
-    column.txtLowEU->setText(values.txtLowEU);
-    column.txtHighRaw->setText(values.txtHighRaw);
-    column.txtLowRaw->setText(values.txtLowRaw);
-    column.txtTop->setText(values.txtTop);
-    column.txtBottom->setText(values.txtBottom);
+    for (const NumberRow& row : kNumberRows) (column.*row.Field)->setText(values.*row.Text);
     SetListPosition(*column.cmbPrecision, values.cmbPrecision);
   }
 }

@@ -6,10 +6,10 @@
 
 #include "settings/LoggerSettings.h"
 #include "ui/SetupControls.h"
+#include "ui/TextTable.h"
 
 class QCheckBox;
 class QComboBox;
-class QGridLayout;
 class QGroupBox;
 class QLineEdit;
 class QPushButton;
@@ -54,7 +54,19 @@ class SetupAnalogPage final : public QWidget {
     QPushButton* cmdCalibrate = nullptr;
   };
 
+  /// A row of number fields: what it is on the screen, and where its text goes.
+  struct NumberRow {
+    int Row;
+    const char* Name;
+    TextId Label;
+    const char16_t* Tip;
+    QLineEdit* Column::*Field;
+    QString AnalogColumnControls::*Text;
+  };
+  static const std::array<NumberRow, 6> kNumberRows;
+
   QWidget* NewRowLabels();
+  QGroupBox* NewFrame(int channel, bool exists);
   Column NewColumn(int channel, bool exists);
   void AlignRows();
 

@@ -1,7 +1,6 @@
 #include "ui/frmSetup.h"
 
 #include <QApplication>
-#include <QFileInfo>
 #include <QKeyEvent>
 #include <QMenuBar>
 #include <QScopedValueRollback>
