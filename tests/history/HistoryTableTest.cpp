@@ -99,6 +99,15 @@ TEST(HistoryTable, APulseUnitOfAHundredthShows1234As12Point34) {
   EXPECT_EQ(rig.Table().CellText(0, 1), u"12.34"_s);
 }
 
+TEST(HistoryTable, OneDigitalChannelAloneGivesAPulseColumnAlone) {
+  TableRig rig(0, 1);
+  rig.EnableAnalog(0, u"%"_s);
+  rig.EnablePulse(0, u"Gallons"_s, 1, 0);
+  rig.Add(kStamp, {17});
+  EXPECT_EQ(Headings(rig.Table()), (QStringList{u"Date / Time"_s, u"Gallons"_s}));
+  EXPECT_EQ(rig.Table().CellText(0, 1), u"17"_s);
+}
+
 TEST(HistoryTable, SalinityFromTypedInConductivityIsTheSameOnEveryRow) {
   TableRig rig(2, 0);
   rig.EnableAnalog(0, u"PSS"_s, 1);
