@@ -139,25 +139,17 @@ bool HistoryView::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void HistoryView::scrollTo(const QModelIndex& index, ScrollHint hint) {
-  // The first column is always in view, and scrolling to it would move the others.
+  QScrollBar* const bar = horizontalScrollBar();
+  const int before = bar->value();
+  QTableView::scrollTo(index, hint);
   if (index.column() == 0) {
-    const int left = horizontalScrollBar()->value();
-    QTableView::scrollTo(index, hint);
-    horizontalScrollBar()->setValue(left);
+    // Always in view: scrolling to it would only move the others.
+    bar->setValue(before);
     return;
   }
-  QTableView::scrollTo(index, hint);
-}
-
-QModelIndex HistoryView::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
-  const QModelIndex index = QTableView::moveCursor(action, modifiers);
-  // What lies under the frozen column is in the viewport, but not in view.
-  if (index.column() > 0) {
-    const int hidden = columnWidth(0) - visualRect(index).left();
-    if (hidden > 0 && visualRect(index).right() > 0)
-      horizontalScrollBar()->setValue(horizontalScrollBar()->value() - hidden);
-  }
-  return index;
+  // What lies under the first column is in the viewport, but not in view.
+  const int hidden = columnWidth(0) - visualRect(index).left();
+  if (hidden > 0) bar->setValue(bar->value() - hidden);
 }
 
 QString HistoryView::SelectedText() const {

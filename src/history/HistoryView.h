@@ -26,7 +26,6 @@ class HistoryView : public QTableView {
   void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
   void scrollTo(const QModelIndex& index, ScrollHint hint) override;
-  QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
 
  private:
   void SetUp(QTableView& view);

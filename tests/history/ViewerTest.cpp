@@ -346,6 +346,23 @@ TEST_F(Viewer, TheFirstColumnStaysInViewWhileTheOthersScroll) {
   EXPECT_EQ(frozen->rowHeight(0), List()->rowHeight(0));
 }
 
+TEST_F(Viewer, ACellReachedByTheKeysIsNeverUnderTheFirstColumn) {
+  rig_.Link.AnalogChannelCount = 8;
+  for (std::size_t channel = 0; channel < 8; ++channel) rig_.EnableAnalog(channel, u"u"_s);
+  AddRecords(5);
+  Open();
+  viewer_->show();
+  viewer_->resize(560, 400);
+  const int last = List()->model()->columnCount() - 1;
+  List()->setCurrentIndex(List()->model()->index(0, last));
+  for (int column = last - 1; column > 0; --column) {
+    QKeyEvent left(QEvent::KeyPress, Qt::Key_Left, Qt::NoModifier);
+    QApplication::sendEvent(List(), &left);
+    ASSERT_EQ(List()->currentIndex().column(), column);
+    EXPECT_GE(List()->visualRect(List()->currentIndex()).left(), 100) << column;
+  }
+}
+
 TEST_F(Viewer, ThePageKeysMoveThroughTheRows) {
   AddRecords(1000);
   Open();
