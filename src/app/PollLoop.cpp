@@ -76,7 +76,7 @@ PollLoop::PollLoop(const LiveLogger& logger, MainScreen& screen, MessageLoop& lo
 void PollLoop::Timer1Tick() {
   // Whatever else is going on, waits have to end.
   if (link_.WaitTicks > 0) --link_.WaitTicks;
-  if (inTimer1_ || loop_.Ending()) return;
+  if (inTimer1_ || paused_ || loop_.Ending()) return;
   const QScopedValueRollback inside(inTimer1_, true);
   Trapped(link_, [this] {
     ShowState();
@@ -147,7 +147,7 @@ void PollLoop::DisableWhileSampling() {
 }
 
 void PollLoop::Timer2Tick() {
-  if (inTimer2_ || loop_.Ending()) return;
+  if (inTimer2_ || paused_ || loop_.Ending()) return;
   const QScopedValueRollback inside(inTimer2_, true);
   if (link_.SampleWaitTicks > 0) --link_.SampleWaitTicks;
   if (!link_.SampleContinuously && !link_.SingleSampleRequested) return;

@@ -28,6 +28,10 @@ class PollLoop {
   /// While the meters are under construction, which they are at first, they are not painted.
   void SetUnderConstruction(bool underConstruction) { underConstruction_ = underConstruction; }
 
+  /// While paused, as during an image import, labels, controls and meters stand still and nothing
+  /// is sampled. Time is still counted for waits, so that none of them lasts for ever.
+  void SetPaused(bool paused) { paused_ = paused; }
+
   /// Counts time for all waits, moves the state into labels and controls, paints the meters.
   void Timer1Tick();
 
@@ -53,6 +57,7 @@ class PollLoop {
   MessageLoop& loop_;
   const ConnectionWords& words_;
   bool underConstruction_ = true;
+  bool paused_ = false;
   bool inTimer1_ = false;
   bool inTimer2_ = false;
 };

@@ -225,6 +225,20 @@ TEST_F(Timer1Test, LeavesTheControlsAloneWhileTheLinkIsBusy) {
   EXPECT_FALSE(Link.DisplayedConnected);
 }
 
+TEST_F(Timer1Test, CountsForWaitsAndShowsNothingWhilePaused) {
+  Link.Connected = true;
+  Link.RecordCount = 3;
+  Link.WaitTicks = 3;
+  Poll.SetPaused(true);
+  Poll.Timer1Tick();
+  EXPECT_TRUE(Screen.Captions.isEmpty());
+  EXPECT_EQ(Screen.Paints, 0);
+  EXPECT_EQ(Link.WaitTicks, 2);
+  Poll.SetPaused(false);
+  Poll.Timer1Tick();
+  EXPECT_EQ(Screen.Caption(u"lblRecordings"_s), u"3"_s);
+}
+
 TEST_F(Timer1Test, ShowsNothingOnceTheProgramEnds) {
   Link.Connected = true;
   Link.RecordCount = 3;

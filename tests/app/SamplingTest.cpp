@@ -210,6 +210,25 @@ TEST_F(Timer2Test, AFaultThatLeavesATickFreesTheLinkFirst) {
   EXPECT_FALSE(Link.Busy);
 }
 
+TEST_F(Timer2Test, TakesNoSamplesWhilePausedAndGoesOnBehindIt) {
+  Connect();
+  StartSampling();
+  Poll.SetPaused(true);
+  Loop.RunFor(3000);
+  EXPECT_TRUE(Port.Writes.empty());
+  EXPECT_FALSE(Link.Busy);
+  Poll.SetPaused(false);
+  Loop.RunFor(1000);
+  EXPECT_FALSE(Port.Writes.empty());
+}
+
+TEST_F(Timer2Test, AWaitOnADeadLineEndsEvenWhilePaused) {
+  Connect();
+  Logger.Silent = true;
+  Poll.SetPaused(true);
+  EXPECT_FALSE(Commands.GetLoggerStatus());
+}
+
 TEST_F(Timer2Test, DoesNothingOnceTheProgramEnds) {
   Connect();
   StartSampling();
