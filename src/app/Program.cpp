@@ -59,8 +59,8 @@ Program::Program(ProgramEnvironment environment, const SystemLocale& locale)
       imageImport_(link_, settings_, display_, window_, history_, messages_, fileDialogs_, loop_,
                    environment_.AppPath,
                    {.AskChoice = [this] { return AskImportChoice(); },
-                    .StopTimer1 = [this] { timer1_.stop(); },
-                    .StartTimer1 = [this] { StartTimer1(); },
+                    .StopTimer1 = [this] { pollLoop_.SetPaused(true); },
+                    .StartTimer1 = [this] { pollLoop_.SetPaused(false); },
                     .ShowSetup = [this](bool mayProgram) { ShowSetup(mayProgram); },
                     .ShowViewer = [this] { ShowViewer(); }}),
       actions_(logger_, session_, pollLoop_, window_, messages_, loop_,
@@ -76,6 +76,7 @@ Program::Program(ProgramEnvironment environment, const SystemLocale& locale)
   // The connection dialog opens by itself, over the window that stands.
   QObject::connect(&window_, &frmMain::FirstPainted, &window_,
                    [this] { Perform(MainCommand::ToggleConnection); });
+  QObject::connect(&window_, &frmMain::Painted, &window_, [this] { display_.RedrawMeters(); });
   QObject::connect(&window_, &frmMain::Closed, &window_, [this] { Shutdown(); });
   for (QTimer* timer : {&timer1_, &timer2_}) {
     timer->setInterval(kTickMs);
@@ -102,7 +103,7 @@ void Program::Start() {
 
   splash.close();
   window_.show();
-  StartTimer1();
+  timer1_.start();
   timer2_.start();
   pollLoop_.SetUnderConstruction(false);
 }
@@ -259,11 +260,6 @@ std::optional<ImportChoice> Program::AskImportChoice() {
 void Program::ShowAbout() {
   frmAbout about(window_.windowTitle(), &window_);
   about.exec();
-}
-
-void Program::StartTimer1() {
-  // An import that the end of the program cut short must not wake the timers again.
-  if (!ended_) timer1_.start();
 }
 
 }  // namespace tessmar

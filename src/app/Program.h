@@ -65,6 +65,11 @@ class Program {
   /// closes every form and ends the message loop. Only the first call does anything.
   void Shutdown();
 
+  /// True when a fault that no operation has trapped has to end the program: with faults not
+  /// trapped, and not once it is ending anyway, where a closed port under an operation is nobody's
+  /// fault.
+  bool AreFaultsFatal() const { return !link_.TrapErrors && !ended_; }
+
   frmMain& Window() { return window_; }
   const LinkState& Link() const { return link_; }
   const CommandLine& Switches() const { return switches_; }
@@ -83,7 +88,6 @@ class Program {
   void ShowSetup(bool mayProgram);
   std::optional<ImportChoice> AskImportChoice();
   void ShowAbout();
-  void StartTimer1();
 
   ProgramEnvironment environment_;
   SystemLocale locale_;

@@ -369,6 +369,7 @@ void frmMain::SetWaitCursor(bool on) {
 
 void frmMain::paintEvent(QPaintEvent* event) {
   QMainWindow::paintEvent(event);
+  Q_EMIT Painted();
   if (painted_) return;
   painted_ = true;
   // Told when the painting is over: what follows may open a dialog.

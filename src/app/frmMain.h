@@ -69,6 +69,8 @@ class frmMain final : public QMainWindow, public MainScreen {
   void Closed();
   /// The window stands on the screen, painted for the first time.
   void FirstPainted();
+  /// The window was painted, wholly or in part.
+  void Painted();
 
  protected:
   void closeEvent(QCloseEvent* event) override;

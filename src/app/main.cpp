@@ -39,9 +39,9 @@ int main(int argc, char** argv) {
       .EndProcess = [] { std::_Exit(EXIT_SUCCESS); },
   });
   application.OnFault = [&program](const Fault& fault) {
-    // With faults trapped, one that no operation has caught ends what it happened in, no more.
+    // Otherwise a fault that no operation has caught ends what it happened in, no more.
     std::fprintf(stderr, "TessmarLogger: %s\n", fault.what());
-    if (program.Link().TrapErrors) return;
+    if (!program.AreFaultsFatal()) return;
     QMessageBox::critical(nullptr, QStringLiteral("Tessmar DO Monitor"),
                           QString::fromUtf8(fault.what()));
     std::_Exit(kFaulted);

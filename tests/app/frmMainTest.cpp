@@ -234,6 +234,23 @@ TEST_F(MainWindow, FitsASmallScreenInBothLanguages) {
   }
 }
 
+TEST_F(MainWindow, EveryPaintIsToldAndTheFirstOneApart) {
+  int first = 0;
+  int painted = 0;
+  QObject::connect(&window_, &frmMain::FirstPainted, &window_, [&] { ++first; });
+  QObject::connect(&window_, &frmMain::Painted, &window_, [&] { ++painted; });
+  window_.show();
+  window_.repaint();
+  EXPECT_EQ(first, 0) << "told before the painting is over";
+  QApplication::processEvents();
+  const int before = painted;
+  EXPECT_GE(before, 1);
+  window_.repaint();
+  QApplication::processEvents();
+  EXPECT_GT(painted, before);
+  EXPECT_EQ(first, 1);
+}
+
 TEST_F(MainWindow, ClosingIsToldOnce) {
   int closed = 0;
   QObject::connect(&window_, &frmMain::Closed, &window_, [&] { ++closed; });

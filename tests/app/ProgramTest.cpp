@@ -1,0 +1,161 @@
+#include "app/Program.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QApplication>
+#include <QFile>
+#include <QLabel>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <memory>
+
+#include "link/Fault.h"
+#include "ui/TextTable.h"
+
+namespace tessmar {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// A program with a store and a folder of its own, started as far as the main window; its message
+/// loop does not run.
+class ProgramStart : public testing::Test {
+ protected:
+  ~ProgramStart() override {
+    if (program_) program_->Shutdown();
+    SetTextLanguage(kLanguageEnglish);
+  }
+
+  void Start(const QStringList& switches = {}) {
+    program_ = std::make_unique<Program>(
+        ProgramEnvironment{.Arguments = QStringList{u"TessmarLogger"_s} + switches,
+                           .AppPath = folder_.path(),
+                           .StorePath = StorePath(),
+                           .PortNames = {},
+                           .EndProcess = [] {}},
+        SystemLocale(QLocale(QLocale::English, QLocale::UnitedStates)));
+    program_->Start();
+  }
+  QString StorePath() const { return folder_.filePath(u"store/Tessmar Logger.ini"_s); }
+  void Put(const QString& file) const {
+    QFile made(folder_.filePath(file));
+    ASSERT_TRUE(made.open(QIODevice::WriteOnly));
+  }
+  bool IsEntryShown(const QString& name) const {
+    return qobject_cast<QAction*>(program_->Window().Control(name))->isVisible();
+  }
+  bool IsEntryEnabled(const QString& name) const {
+    return qobject_cast<QAction*>(program_->Window().Control(name))->isEnabled();
+  }
+  bool IsEnabled(const QString& name) const {
+    return qobject_cast<QWidget*>(program_->Window().Control(name))->isEnabled();
+  }
+  QString Text(const QString& name) const { return program_->Window().Caption(name); }
+
+  QTemporaryDir folder_;
+  std::unique_ptr<Program> program_;
+};
+
+TEST_F(ProgramStart, ShowsAnEmptyDisconnectedWindowWithItsVersion) {
+  Start();
+  EXPECT_TRUE(program_->Window().isVisible());
+  EXPECT_EQ(program_->Window().windowTitle(), u"Tessmar DO Monitor v2.1.9"_s);
+  EXPECT_EQ(Text(u"lblCommStatus"_s), u"Disconnected"_s);
+  const auto* status = qobject_cast<QLabel*>(program_->Window().Control(u"lblCommStatus"_s));
+  EXPECT_EQ(status->palette().color(QPalette::WindowText), QColor(192, 0, 0));
+  EXPECT_EQ(Text(u"cmdConnect"_s), u"Connect"_s);
+  for (const QString& label :
+       {u"lblPulseValue1"_s, u"lblPulseValue2"_s, u"lblLoggerName"_s, u"lblDateTime"_s,
+        u"lblSampleInterval"_s, u"lblWarmup"_s, u"lblLoggingState"_s, u"lblRecordings"_s,
+        u"lblAlarm(0)"_s, u"lblAlarm(1)"_s}) {
+    EXPECT_EQ(Text(label), QString()) << label.toStdString();
+  }
+  EXPECT_EQ(Text(u"lblMax(0)"_s), u"0.000"_s);
+  EXPECT_EQ(Text(u"lblMin(7)"_s), u"0.000"_s);
+}
+
+TEST_F(ProgramStart, OffersNothingButConnecting) {
+  Start();
+  EXPECT_TRUE(IsEnabled(u"cmdConnect"_s));
+  for (const QString& control :
+       {u"cmdGetSettings"_s, u"cmdGetHistoryData"_s, u"cmdClearMemory"_s, u"cmdSynchronizeTime"_s,
+        u"cmdSetup"_s, u"chkSampleContinuously"_s}) {
+    EXPECT_FALSE(IsEnabled(control)) << control.toStdString();
+  }
+  EXPECT_TRUE(IsEntryEnabled(u"mnuConnect"_s));
+  EXPECT_FALSE(IsEntryEnabled(u"mnuFirmwareVersion"_s));
+  EXPECT_TRUE(IsEntryEnabled(u"imnuSynchronizeTime"_s));
+}
+
+TEST_F(ProgramStart, SetsTheLinkAsItIsWithoutALogger) {
+  Start();
+  const LinkState& link = program_->Link();
+  EXPECT_TRUE(link.TrapErrors);
+  EXPECT_EQ(link.AnalogChannelCount, 8);
+  EXPECT_EQ(link.PulseChannelCount, 2);
+  EXPECT_EQ(link.ModemTimeoutTicks, 4);
+  EXPECT_FALSE(link.Connected || link.DisplayedConnected || link.Busy || link.SampleContinuously ||
+               link.SingleSampleRequested);
+}
+
+TEST_F(ProgramStart, WithoutTheOxygenHelpBesideItItsEntryIsNotShown) {
+  Start();
+  EXPECT_FALSE(IsEntryShown(u"mnuLaunchDOHelp"_s));
+  EXPECT_TRUE(IsEntryShown(u"mnuLaunchHelp"_s));
+}
+
+TEST_F(ProgramStart, WithTheOxygenHelpBesideItItsEntryIsShown) {
+  Put(u"TessmarDOHelp.chm"_s);
+  Start();
+  EXPECT_TRUE(IsEntryShown(u"mnuLaunchDOHelp"_s));
+}
+
+TEST_F(ProgramStart, ShowsTheImageImportForTheSmallLetterAlone) {
+  Start({u"-I"_s});
+  EXPECT_FALSE(IsEntryShown(u"mnuLoadLoggerImageFile"_s));
+  program_->Shutdown();
+  Start({u"x-i"_s});
+  EXPECT_TRUE(IsEntryShown(u"mnuLoadLoggerImageFile"_s));
+  EXPECT_TRUE(IsEntryShown(u"imnuLoadLoggerImageFile"_s));
+}
+
+TEST_F(ProgramStart, TakesTheSwitchedLanguageBeforeTheStoredOneAndThatBeforeTheSystems) {
+  Start({u"-L7"_s});
+  EXPECT_EQ(Text(u"lblCommStatus"_s), u"Disconnected"_s);
+  program_->Shutdown();
+  QSettings(StorePath(), QSettings::IniFormat).setValue(u"Configuration/Language"_s, u"7"_s);
+  Start();
+  EXPECT_EQ(Text(u"mnuFile"_s), u"&Datei"_s);
+  program_->Shutdown();
+  Start({u"-l9"_s});
+  EXPECT_EQ(Text(u"mnuFile"_s), u"&File"_s);
+}
+
+TEST_F(ProgramStart, IsEndedByABadSwitchOrAStoredLanguageThatIsNoNumber) {
+  EXPECT_THROW(Start({u"-l7"_s, u"-d"_s}), ConversionFault);
+  QSettings(StorePath(), QSettings::IniFormat).setValue(u"Configuration/Language"_s, u"German"_s);
+  EXPECT_THROW(Start(), ConversionFault);
+}
+
+TEST_F(ProgramStart, IsFollowedByOneSaveAtTheFirstShutdown) {
+  Start();
+  program_->Shutdown();
+  EXPECT_TRUE(QFile::remove(StorePath()));
+  program_->Shutdown();
+  EXPECT_FALSE(QFile::exists(StorePath()));
+}
+
+TEST_F(ProgramStart, LetsFaultsEndTheProgramOnlyWithTheSwitchAndNotWhileItEndsAnyway) {
+  Start();
+  EXPECT_FALSE(program_->AreFaultsFatal());
+  program_->Shutdown();
+  Start({u"-d"_s});
+  EXPECT_TRUE(program_->AreFaultsFatal());
+  program_->Shutdown();
+  EXPECT_FALSE(program_->AreFaultsFatal());
+}
+
+}  // namespace
+}  // namespace tessmar
