@@ -28,7 +28,7 @@ QStringList CommandsOf(const ModemRequest& request) {
   if (!request.UseCommandFile || request.CommandFile.isEmpty()) return {u"ATE1V1Q0"_s};
   QFile file(request.CommandFile);
   if (!file.open(QIODevice::ReadOnly)) throw FileFault(file.errorString().toStdString());
-  const QStringList commands = ReadModemCommands(file);
+  QStringList commands = ReadModemCommands(file);
   if (file.error() != QFileDevice::NoError) throw FileFault(file.errorString().toStdString());
   return commands;
 }

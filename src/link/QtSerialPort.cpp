@@ -6,7 +6,7 @@ namespace tessmar {
 namespace {
 
 /// More than any reply; a device that talks on and on must not fill the memory.
-constexpr std::size_t kInputLimit = 64 * 1024;
+constexpr std::size_t kInputLimit = 65536;
 
 /// A pseudo-terminal has no line signals, and says so each time; everything else that fails on an
 /// open port means that the device is gone.

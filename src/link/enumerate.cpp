@@ -59,7 +59,7 @@ void WalkModems(const DeviceRegistry& registry, QStringList& ports) {
 
 /// What names a device to a person; empty when the system tells nothing that does.
 QString FriendlyName(const SerialDevice& device) {
-  const QString description = device.Description.trimmed();
+  QString description = device.Description.trimmed();
   if (!description.isEmpty()) return description;
   // An adapter is named even if it does not say what it is: ports above COM8 are offered only so.
   const QString fileName = device.Location.section(u'/', -1);
