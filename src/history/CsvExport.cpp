@@ -50,7 +50,7 @@ class Chunks {
   }
 
  private:
-  static constexpr std::size_t kSize = 256 * 1024;
+  static constexpr std::size_t kSize = std::size_t{256} * 1024;
 
   QIODevice& device_;
   std::vector<char> bytes_;
