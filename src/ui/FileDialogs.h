@@ -11,7 +11,8 @@ struct FileDialogRequest {
   QString InitialName;       ///< File name or pattern, with or without a folder in front.
   QString Filter;            ///< "Text (*.ext)|*.ext".
   QString DefaultExtension;  ///< With its point, such as ".csv"; added to a name without extension.
-  bool ConfirmOverwrite = false;  ///< For saving: the dialog asks before an existing file is chosen.
+  bool ConfirmOverwrite =
+      false;  ///< For saving: the dialog asks before an existing file is chosen.
 };
 
 /// The platform's open and save dialogs.

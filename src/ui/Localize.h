@@ -15,8 +15,9 @@ struct UserLocale {
 };
 UserLocale DetectUserLocale(const SystemLocale& locale);
 
-/// The sampling interval as the main screen shows it, in the current language: the leading number of
-/// SampleInterval and the word of the first unit that its text contains, or the text as it stands.
+/// The sampling interval as the main screen shows it, in the current language: the leading number
+/// of SampleInterval and the word of the first unit that its text contains, or the text as it
+/// stands.
 QString IntervalDisplayText(const LoggerSettings& settings);
 
 }  // namespace tessmar

@@ -19,8 +19,8 @@ inline QString ElementName(const char* array, int index) {
   return QStringLiteral("%1(%2)").arg(QLatin1StringView(array)).arg(index);
 }
 
-/// What the core asks the main window to show. Controls go by their names, so that the tables of the
-/// core read as what they are: lists of controls. A name that the window does not have is a
+/// What the core asks the main window to show. Controls go by their names, so that the tables of
+/// the core read as what they are: lists of controls. A name that the window does not have is a
 /// programming error.
 class MainScreen {
  public:

@@ -298,9 +298,13 @@ std::int16_t currentLanguage = kLanguageEnglish;
 
 }  // namespace
 
-void SetTextLanguage(std::int16_t language) { currentLanguage = language; }
+void SetTextLanguage(std::int16_t language) {
+  currentLanguage = language;
+}
 
-std::int16_t TextLanguage() { return currentLanguage; }
+std::int16_t TextLanguage() {
+  return currentLanguage;
+}
 
 QString GetText(TextId id) {
   const auto number = static_cast<std::int32_t>(id);

@@ -75,8 +75,8 @@ class FakeSerialPort final : public SerialPort {
 
   bool RefuseToOpen = false;
   int Opened = 0;
-  Bytes Written;               ///< Everything that was sent.
-  std::vector<Bytes> Writes;   ///< The same, write by write.
+  Bytes Written;                 ///< Everything that was sent.
+  std::vector<Bytes> Writes;     ///< The same, write by write.
   std::vector<std::string> Log;  ///< Opening, closing and line signals, in order.
   std::function<void(const Bytes&)> OnWrite;
 
