@@ -60,8 +60,8 @@ FieldValidation::~FieldValidation() {
   QCoreApplication::instance()->removeEventFilter(this);
 }
 
-void FieldValidation::Guard(QWidget* field, Check check) {
-  checks_.insert(field, std::move(check));
+void FieldValidation::Guard(QWidget* field, const Check& check) {
+  checks_.insert(field, check);
 }
 
 void FieldValidation::NeverChecks(QWidget* control) {

@@ -27,7 +27,7 @@ class FieldValidation final : public QObject {
   explicit FieldValidation(QDialog& screen);
   ~FieldValidation() override;
 
-  void Guard(QWidget* field, Check check);
+  void Guard(QWidget* field, const Check& check);
   /// Going to this control checks nothing, as the way out of a wizard.
   void NeverChecks(QWidget* control);
 

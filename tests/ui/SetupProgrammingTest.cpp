@@ -239,6 +239,27 @@ TEST_F(SetupProgrammingTest, NothingThatWasNotVerifiedCountsAsProgrammed) {
   }
 }
 
+TEST_F(SetupProgrammingTest, WhateverGoesWrongSilenceMeansThatTheLoggerHoldsTheSettings) {
+  int programmed = 0;
+  for (const sim::FailureModeName& failure : sim::FailureModes()) {
+    rig_.Logger.ClearFaults();
+    rig_.Logger.AddFault({.Mode = failure.Mode, .Count = 3});
+    Asked().clear();
+    name_ = u"Weir %1"_s.arg(static_cast<int>(failure.Mode), 2);
+    const int commits = rig_.Logger.Commits();
+    Answer({kYes});
+    setup_.ProgramSettings();
+    if (Asked().size() > 1) continue;
+    ++programmed;
+    EXPECT_EQ(rig_.Logger.Memory().Configuration(), setup_.LoggerBaseline()) << failure.Name;
+    const sim::Bytes stored = rig_.Logger.Memory().Read(8, 7);
+    EXPECT_EQ(QByteArray(reinterpret_cast<const char*>(stored.data()), 7), name_.toLatin1())
+        << failure.Name;
+    EXPECT_GT(rig_.Logger.Commits(), commits) << failure.Name;
+  }
+  EXPECT_GT(programmed, 0);
+}
+
 TEST_F(SetupProgrammingTest, AnAdapterLostInTheMiddleEndsWithTheError) {
   name_ = u"Weir"_s;
   rig_.Logger.AddFault(sim::FailureMode::Silent);

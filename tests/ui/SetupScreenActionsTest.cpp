@@ -239,6 +239,26 @@ TEST_F(SetupScreenActionsTest, AProgramThatIsEndingTakesTheScreenDown) {
   EXPECT_TRUE(rig_.Messages.All.empty());
 }
 
+TEST_F(SetupScreenActionsTest, AProgramThatEndsUnderAQuestionStartsNothingAndTakesTheScreenDown) {
+  for (const char* way : {"mnuExit", "mnuDownload", "mnuLoad", "mnuInitialize"}) {
+    SetupScreenRig rig;
+    rig.Open();
+    rig.Field("txtName").setText(u"Weir"_s);
+    // Messages are answered with their first button then, and every window is rejected.
+    rig.Messages.Default = kYes;
+    rig.Messages.OnMessage = [&rig] {
+      rig.Loop.End();
+      rig.Port.Close();
+      rig.Form->reject();
+    };
+    rig.Choose(way);
+    EXPECT_FALSE(rig.Form->isVisible()) << way;
+    EXPECT_EQ(rig.Messages.All.size(), 1U) << way;
+    EXPECT_TRUE(rig.Dialogs.All.empty()) << way;
+    EXPECT_EQ(rig.Logger.Requests(test::kWriteOpcode), 0) << way;
+  }
+}
+
 TEST_F(SetupScreenActionsTest, AnAdapterLostWhileTheScreenIsOpenLeavesItUsable) {
   rig_.Open();
   rig_.LoseAdapter();
