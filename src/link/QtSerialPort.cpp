@@ -48,8 +48,14 @@ void QtSerialPort::Open(std::int16_t number, const QString& settings) {
 }
 
 void QtSerialPort::Close() {
+  if (port_.isOpen()) {
+    // What a device under flow control does not take would hold up the closing for half a minute.
+    // That it is gone is no news here.
+    isGone_ = true;
+    port_.clear(QSerialPort::Output);
+    port_.close();
+  }
   isGone_ = false;
-  if (port_.isOpen()) port_.close();
   input_.clear();
   taken_ = 0;
 }

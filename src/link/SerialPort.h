@@ -21,7 +21,7 @@ class SerialPort {
   /// Throws PortFault when it cannot be opened, ConversionFault for a settings text without a
   /// speed.
   virtual void Open(std::int16_t number, const QString& settings) = 0;
-  /// Closes the port; quiet if it is not open.
+  /// Closes the port; quiet if it is not open. What the device has not taken yet is dropped.
   virtual void Close() = 0;
   virtual bool IsOpen() const = 0;
   /// Number and settings text of the last Open.
