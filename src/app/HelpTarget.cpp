@@ -1,6 +1,5 @@
 #include "app/HelpTarget.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QStringList>
 
@@ -27,14 +26,11 @@ QString InstalledViewer(const ProgramFinder& findProgram) {
 QString HtmlPage(const QString& appPath, const QString& helpFile, std::int16_t language) {
   QStringList languages{u"en"_s};
   if (language == kLanguageGerman) languages.prepend(u"de"_s);
-  const QStringList roots{appPath, QDir::cleanPath(appPath + u"/../share/doc/tessmar-logger"_s)};
   const QStringList names{QFileInfo(helpFile).completeBaseName() + u".html"_s, u"index.html"_s};
   for (const QString& folder : languages) {
-    for (const QString& root : roots) {
-      for (const QString& name : names) {
-        const QString page = PathIfThere(u"%1/help/%2/%3"_s.arg(root, folder, name));
-        if (!page.isEmpty()) return page;
-      }
+    for (const QString& name : names) {
+      const QString page = PathIfThere(u"%1/help/%2/%3"_s.arg(appPath, folder, name));
+      if (!page.isEmpty()) return page;
     }
   }
   return {};

@@ -28,9 +28,9 @@ struct HelpTarget {
 using ProgramFinder = std::function<QString(const QString& program)>;
 
 /// Decides how to show a help file: in the first viewer for compiled help that is installed, or
-/// else its pages as HTML. These stand in help/<language>, beside the program or in the
-/// documentation folder of its installation: <file's name>.html, or else index.html; English where
-/// the language has none. Without such pages the file is left to the desktop.
+/// else its pages as HTML. These stand in help/<language> beside the program: <file's name>.html,
+/// or else index.html; English where the language has none. Without such pages the file is left to
+/// the desktop.
 ///
 /// @param language  number of the language of the texts.
 /// @return an empty target for a file that is not there.

@@ -90,13 +90,6 @@ TEST_F(HelpOfTheProgram, PrefersThePageOfItsOwnName) {
   EXPECT_EQ(PageFor(LoggerHelp(), 9), QUrl::fromLocalFile(AppPath() + u"/help/en/index.html"_s));
 }
 
-TEST_F(HelpOfTheProgram, LooksInTheDocumentationOfTheInstallation) {
-  Make(LoggerHelp());
-  const QString page = root_.path() + u"/share/doc/tessmar-logger/help/en/index.html"_s;
-  Make(page);
-  EXPECT_EQ(PageFor(LoggerHelp(), 9), QUrl::fromLocalFile(page));
-}
-
 TEST_F(HelpOfTheProgram, IsLeftToTheDesktopWithoutViewerAndPages) {
   Make(LoggerHelp());
   EXPECT_EQ(PageFor(LoggerHelp(), 9), QUrl::fromLocalFile(LoggerHelp()));
