@@ -5,6 +5,8 @@ packages=(
   g++ cmake ninja-build pkg-config libxcb1-dev qt6-base-dev qt6-base-dev-tools qt6-serialport-dev libgl-dev
   libgtest-dev libgmock-dev
   clang-format clang-tidy python3
+  python3-markdown fp-utils
+  dpkg-dev file lintian appstream desktop-file-utils mandoc
   xvfb openbox fonts-dejavu-core locales
 )
 
