@@ -1,11 +1,14 @@
-// What a full history costs: decoding, cells, pack, CSV beside a plain copy of the same file, and
-// the import of a full image. The numbers are for reading, never for a test.
+// What a full history costs: decoding, cells, pack, CSV beside a plain copy of the same file and
+// beside sqlite3 exporting the same table, and the import of a full image. The numbers are for
+// reading, never for a test.
 
 #include <benchmark/benchmark.h>
 
 #include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
+#include <QProcess>
+#include <QStandardPaths>
 #include <QTemporaryDir>
 #include <array>
 #include <random>
@@ -144,6 +147,41 @@ void CopyTheSameFile(benchmark::State& state) {
   state.SetBytesProcessed(state.iterations() * QFileInfo(path).size());
 }
 BENCHMARK(CopyTheSameFile)->Unit(benchmark::kMillisecond);
+
+/// Runs sqlite3 to its end. @return true when it found nothing to complain about.
+bool RunSqlite(const QStringList& arguments, const QString& output = QProcess::nullDevice()) {
+  QProcess process;
+  process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+  process.setStandardOutputFile(output, QIODevice::Truncate);
+  process.start(u"sqlite3"_s, arguments);
+  return process.waitForFinished(-1) && process.exitCode() == 0;
+}
+
+// The peer's whole process, as an operator would run it: numbers in, text out.
+void ExportTheSameTableWithSqlite(benchmark::State& state) {
+  if (QStandardPaths::findExecutable(u"sqlite3"_s).isEmpty()) {
+    state.SkipWithError("sqlite3 is not installed");
+    return;
+  }
+  const FullHistory history(true);
+  const QTemporaryDir folder;
+  const QString csv = folder.filePath(u"history.csv"_s);
+  const QString database = folder.filePath(u"history.db"_s);
+  SaveCsv(csv, history.Table(), kHead, [](std::int32_t) {});
+  QString columns = u"day TEXT, time TEXT"_s;
+  for (int channel = 1; channel <= 10; ++channel) columns += u", channel%1 REAL"_s.arg(channel);
+  const bool filled = RunSqlite({database, u"CREATE TABLE history ("_s + columns + u")"_s,
+                                 u".mode csv"_s, u".import --skip 2 %1 history"_s.arg(csv)});
+  for (auto _ : state) {
+    if (filled && RunSqlite({u"-csv"_s, database, u"SELECT * FROM history"_s},
+                            folder.filePath(u"peer.csv"_s)))
+      continue;
+    state.SkipWithError("sqlite3 failed");
+    return;
+  }
+  state.SetBytesProcessed(state.iterations() * QFileInfo(folder.filePath(u"peer.csv"_s)).size());
+}
+BENCHMARK(ExportTheSameTableWithSqlite)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void ImportAFullImage(benchmark::State& state) {
   const LinkState link = TenChannels();

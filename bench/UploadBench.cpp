@@ -1,91 +1,174 @@
-// Blocks a second of an upload over an unthrottled pseudo-terminal, with the simulated logger in a
-// process of its own.
-
-#include <benchmark/benchmark.h>
+// The upload as the program does it, from a simulated logger in a process of its own over a
+// pseudo-terminal: its share of what the wire can carry, and its blocks a second where no wire
+// holds it up. A plain reader does the same exchange beside it, and shows what simulator and
+// pseudo-terminal leave.
 
 #include <QCoreApplication>
-#include <QFileInfo>
-#include <QProcess>
+#include <QElapsedTimer>
 #include <QTemporaryDir>
-#include <QThread>
 #include <QTimer>
+#include <cstdio>
+#include <stdexcept>
 
+#include "bench/CountingPort.h"
+#include "bench/Figures.h"
+#include "bench/PlainReader.h"
+#include "e2e/Desk.h"
 #include "history/PullHistory.h"
 #include "link/QtMessageLoop.h"
 #include "link/QtSerialPort.h"
 
-namespace tessmar {
+namespace tessmar::bench {
 namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int kRecords = 100000;
-constexpr int kRecordsPerBlock = 10;
-constexpr std::int16_t kPort = 9;
+constexpr int kRounds = 3;
+constexpr int kRecordsABlock = 10;
+constexpr int kBitsAByte = 10;
+constexpr int kTickMs = 100;
 
-/// The simulated logger, until the end of this object.
-class Simulator {
- public:
-  Simulator() : link_(folder_.filePath(u"logger"_s)) {
-    process_.start(QStringLiteral(TESSMAR_SIM),
-                   {u"--link"_s, link_, u"--records"_s, QString::number(kRecords)});
-    for (int i = 0; i < 500 && !QFileInfo::exists(link_); ++i) QThread::msleep(10);
-  }
-  ~Simulator() {
-    process_.terminate();
-    process_.waitForFinished();
-  }
-  const QString& Link() const { return link_; }
+struct Outcome {
+  double Seconds = 0;
+  double ProcessorSeconds = 0;
+  qint64 Bytes = 0;
+  int Blocks = 0;
 
- private:
-  QTemporaryDir folder_;
-  QString link_;
-  QProcess process_;
+  double BlocksASecond() const { return Blocks / Seconds; }
+  /// Percent of what a line of this speed can carry. The exchange is one request and its answer
+  /// after the other, so the bytes of both directions take their turns on the wire.
+  double ShareOf(int baud) const {
+    return 100.0 * static_cast<double>(Bytes) * kBitsAByte / baud / Seconds;
+  }
 };
 
-void UploadOverAPseudoTerminal(benchmark::State& state) {
-  const Simulator simulator;
-  LinkState link;
-  link.TrapErrors = true;
-  link.LinkTimeoutTicks = 10;
-  link.AnalogChannelCount = 8;
-  link.PulseChannelCount = 2;
-  QTimer timer1;
-  QObject::connect(&timer1, &QTimer::timeout, [&link] {
-    if (link.WaitTicks > 0) --link.WaitTicks;
-  });
-  timer1.start(100);
+/// The program's own parts of an upload, from the port to the buffer.
+class Uploader {
+ public:
+  explicit Uploader(const QString& device)
+      : port_(PortMap(u"COM9="_s + device)), counted_(port_), comm_(counted_, loop_, link_) {
+    link_.TrapErrors = true;
+    link_.LinkTimeoutTicks = 10;
+    ticks_.setTimerType(Qt::PreciseTimer);
+    ticks_.callOnTimeout([this] {
+      if (link_.WaitTicks > 0) --link_.WaitTicks;
+    });
+    ticks_.start(kTickMs);
+    if (!comm_.OpenPort(9, u"115200,N,8,1"_s)) throw std::runtime_error("the port does not open");
+    // What the handshake would do before it can ask.
+    if (!commands_.SyncWithLogger([] { return false; }) || !commands_.GetLoggerStatus())
+      throw std::runtime_error("the logger does not answer");
+  }
+  ~Uploader() { comm_.ClosePort(); }
 
-  QtMessageLoop loop;
-  QtSerialPort port{PortMap(u"COM9="_s + simulator.Link())};
-  Comm comm(port, loop, link);
-  const SystemClock clock;
-  const SystemLocale locale;
-  LoggerCommands commands(comm, link, clock, locale);
-  HistoryBuffer buffer;
-  // A logger that has just been switched on waits for the letters of the handshake.
-  if (!comm.OpenPort(kPort, u"115200,N,8,1"_s) || !commands.SyncWithLogger([] { return false; })) {
-    state.SkipWithError("the simulated logger does not answer");
-    return;
+  Outcome Upload() {
+    const BusyScope busy(link_);
+    HistoryUpload upload(link_, buffer_, link_.RecordCount);
+    const qint64 bytesBefore = counted_.Bytes;
+    const double processorBefore = ProcessorSeconds();
+    int blocks = 0;
+    QElapsedTimer timer;
+    timer.start();
+    const UploadEnd end =
+        PullHistory(upload, commands_, comm_, link_,
+                    {.Running = [] { return true; }, .Changed = [&blocks] { ++blocks; }});
+    const auto seconds = static_cast<double>(timer.nsecsElapsed()) * 1e-9;
+    if (end != UploadEnd::Complete || upload.TotalFailures() != 0)
+      throw std::runtime_error("the upload did not go through in one go");
+    return {seconds, ProcessorSeconds() - processorBefore, counted_.Bytes - bytesBefore, blocks};
   }
-  for (auto _ : state) {
-    HistoryUpload upload(link, buffer, kRecords);
-    PullHistory(upload, commands, comm, link, {[] { return true; }, [] {}});
-    if (buffer.Count() != kRecords || upload.TotalFailures() != 0) {
-      state.SkipWithError("the upload is not clean");
-      return;
-    }
-  }
-  state.SetItemsProcessed(state.iterations() * (kRecords / kRecordsPerBlock));
+
+ private:
+  LinkState link_;
+  HistoryBuffer buffer_;
+  QtMessageLoop loop_;
+  QtSerialPort port_;
+  CountingPort counted_;
+  Comm comm_;
+  SystemClock clock_;
+  SystemLocale locale_{QLocale(QLocale::English, QLocale::UnitedStates)};
+  LoggerCommands commands_{comm_, link_, clock_, locale_};
+  QTimer ticks_;
+};
+
+Outcome UploadPlainly(const QString& device) {
+  PlainReader reader(device);
+  const double processorBefore = ProcessorSeconds();
+  QElapsedTimer timer;
+  timer.start();
+  const int blocks = reader.ReadAllBlocks(kRecordsABlock);
+  const auto seconds = static_cast<double>(timer.nsecsElapsed()) * 1e-9;
+  return {seconds, ProcessorSeconds() - processorBefore, reader.Bytes(), blocks};
 }
-BENCHMARK(UploadOverAPseudoTerminal)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+struct Line {
+  int Baud;  ///< 0 for a line that nothing throttles.
+  int Records;
+};
+
+struct Medians {
+  double Program = 0;
+  double Plain = 0;
+  double ProgramProcessor = 0;  ///< Seconds a block.
+  double PlainProcessor = 0;
+};
+
+/// Program and plain reader in turns, so that both meet the same machine.
+template <typename Measure>
+Medians Compare(const Line& line, Measure measure) {
+  const QTemporaryDir folder;
+  const QString device = folder.filePath(u"logger"_s);
+  QStringList options{u"--records"_s, QString::number(line.Records)};
+  if (line.Baud != 0) options += {u"--baud"_s, QString::number(line.Baud)};
+  const test::LoggerProcess logger(device, options);
+  std::vector<double> program;
+  std::vector<double> plain;
+  std::vector<double> programProcessor;
+  std::vector<double> plainProcessor;
+  for (int round = 0; round < kRounds; ++round) {
+    const Outcome ours = Uploader(device).Upload();
+    program.push_back(measure(ours));
+    programProcessor.push_back(ours.ProcessorSeconds / ours.Blocks);
+    const Outcome theirs = UploadPlainly(device);
+    plain.push_back(measure(theirs));
+    plainProcessor.push_back(theirs.ProcessorSeconds / theirs.Blocks);
+  }
+  return {Median(program), Median(plain), Median(programProcessor), Median(plainProcessor)};
+}
+
+void MeasureThrottled(const Line& line) {
+  const Medians shares =
+      Compare(line, [&line](const Outcome& outcome) { return outcome.ShareOf(line.Baud); });
+  const QString what = u"upload at %1 baud, share of the wire"_s.arg(line.Baud);
+  Print({what, shares.Program, u"%"_s, Budget::AtLeast, 97});
+  PrintComparison(u"  beside the same exchange read plainly"_s, shares.Program, u"%"_s, u"plain"_s,
+                  shares.Plain);
+}
+
+void MeasureUnthrottled(const Line& line) {
+  const Medians speeds =
+      Compare(line, [](const Outcome& outcome) { return outcome.BlocksASecond(); });
+  Print({u"upload, unthrottled"_s, speeds.Program, u"blocks/s"_s, Budget::AtLeast, 4000});
+  PrintComparison(u"  beside the same exchange read plainly"_s, speeds.Program, u"blocks/s"_s,
+                  u"plain"_s, speeds.Plain);
+  PrintComparison(u"  processor time of a block"_s, speeds.ProgramProcessor * 1e6, u"us"_s,
+                  u"plain"_s, speeds.PlainProcessor * 1e6);
+}
 
 }  // namespace
-}  // namespace tessmar
+}  // namespace tessmar::bench
 
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
-  benchmark::Initialize(&argc, argv);
-  benchmark::RunSpecifiedBenchmarks();
+  try {
+    // Each of the throttled takes a few seconds.
+    for (const tessmar::bench::Line& line :
+         {tessmar::bench::Line{9600, 105}, {38400, 405}, {115200, 1205}})
+      tessmar::bench::MeasureThrottled(line);
+    tessmar::bench::MeasureUnthrottled({0, 100005});
+  } catch (const std::exception& problem) {
+    std::fprintf(stderr, "bench_upload: %s\n", problem.what());
+    return 1;
+  }
   return 0;
 }
