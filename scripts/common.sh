@@ -2,7 +2,7 @@
 
 # Everything the project is built, tested and shown with, as packages of Debian 12.
 packages=(
-  g++ cmake ninja-build pkg-config libxcb1-dev qt6-base-dev qt6-base-dev-tools qt6-serialport-dev libgl-dev
+  g++ cmake ninja-build pkg-config libxcb1-dev qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-translations-l10n libgl-dev
   libgtest-dev libgmock-dev
   clang-format clang-tidy python3
   python3-markdown fp-utils

@@ -4,6 +4,7 @@
 #include <QDialog>
 #include <QDir>
 #include <QFileInfo>
+#include <QLibraryInfo>
 
 #include "ProgramVersion.h"
 #include "app/MainLocalizer.h"
@@ -114,6 +115,11 @@ void Program::ApplyLanguage() {
   switches_ = ParseCommandLine(CommandLineText(environment_.Arguments), locale_.Locale());
   language = switches_.Language.value_or(language);
   SetTextLanguage(language);
+  // Qt's own words: the context menus of text fields, parts of the file dialogs.
+  if (language == kLanguageGerman &&
+      qtTexts_.load(u"qtbase_de"_s, QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+    QCoreApplication::installTranslator(&qtTexts_);
+  }
   words_ = LocalizeMainScreen(window_, language);
 }
 

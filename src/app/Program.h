@@ -2,6 +2,7 @@
 
 #include <QStringList>
 #include <QTimer>
+#include <QTranslator>
 #include <functional>
 #include <optional>
 
@@ -94,6 +95,7 @@ class Program {
   SystemClock clock_;
   CommandLine switches_;
   ConnectionWords words_;
+  QTranslator qtTexts_;
 
   LinkState link_;
   LoggerSettings settings_;
