@@ -147,7 +147,7 @@ void Program::ReadSettings() {
 void Program::Shutdown() {
   if (ended_) return;
   ended_ = true;
-  store_.Save(connection_, recentFiles_, csvDateTimeSingleColumn_);
+  SaveSettings();
   comm_.ClosePort();
   timer1_.stop();
   timer2_.stop();
@@ -158,6 +158,15 @@ void Program::Shutdown() {
   }
   // Not quit(), which would ask every window for its consent first.
   QCoreApplication::exit(0);
+}
+
+void Program::SaveSettings() {
+  if (store_.Save(connection_, recentFiles_, csvDateTimeSingleColumn_)) return;
+  const QString lost = TextLanguage() == kLanguageGerman
+                           ? u"Die Einstellungen konnten nicht gespeichert werden:"_s
+                           : u"The settings could not be saved:"_s;
+  messages_.MsgBox(lost + u"\r\n"_s + QDir::toNativeSeparators(environment_.StorePath),
+                   kExclamation, window_.windowTitle());
 }
 
 void Program::Perform(MainCommand command) {

@@ -89,6 +89,7 @@ class Program {
   void ShowSetup(bool mayProgram);
   std::optional<ImportChoice> AskImportChoice();
   void ShowAbout();
+  void SaveSettings();
 
   ProgramEnvironment environment_;
   SystemLocale locale_;

@@ -5,10 +5,12 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QDialog>
 #include <QFile>
 #include <QLabel>
 #include <QSettings>
 #include <QTemporaryDir>
+#include <QTimer>
 #include <memory>
 
 #include "link/Fault.h"
@@ -145,6 +147,21 @@ TEST_F(ProgramStart, IsFollowedByOneSaveAtTheFirstShutdown) {
   EXPECT_TRUE(QFile::remove(StorePath()));
   program_->Shutdown();
   EXPECT_FALSE(QFile::exists(StorePath()));
+}
+
+TEST_F(ProgramStart, IsFollowedByAMessageWhenTheSettingsCannotBeSaved) {
+  // A file stands where the store's folder would.
+  Put(u"store"_s);
+  Start();
+  QString told;
+  QTimer::singleShot(0, qApp, [&told] {
+    auto* form = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    if (form == nullptr) return;
+    told = form->findChild<QLabel*>(u"lblMessage"_s)->text();
+    form->reject();
+  });
+  program_->Shutdown();
+  EXPECT_EQ(told, u"The settings could not be saved:\n"_s + StorePath());
 }
 
 TEST_F(ProgramStart, LetsFaultsEndTheProgramOnlyWithTheSwitchAndNotWhileItEndsAnyway) {
