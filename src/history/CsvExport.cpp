@@ -47,7 +47,10 @@ class Chunks {
     const auto size = static_cast<qint64>(used_);
     if (device_.write(bytes_.data(), size) != size) throw FileFault("the CSV file was not written");
     used_ = 0;
+    ++flushes_;
   }
+  /// How often what was collected has gone to the device, and its room is used anew.
+  int Flushes() const { return flushes_; }
 
  private:
   static constexpr std::size_t kSize = std::size_t{256} * 1024;
@@ -55,6 +58,7 @@ class Chunks {
   QIODevice& device_;
   std::vector<char> bytes_;
   std::size_t used_ = 0;
+  int flushes_ = 0;
 };
 
 void WriteHead(Chunks& chunks, const HistoryTable& table, const CsvHead& head) {
@@ -122,39 +126,51 @@ class RowTimes {
 };
 
 /// The cells of many rows. The text of most follows from one word alone, and what a sensor measures
-/// often stands still: such a text is taken over from the row before.
+/// often stands still: such a text is taken over from the row before, as long as that is still in
+/// memory.
 class RowCells {
  public:
-  explicit RowCells(const HistoryTable& table)
-      : table_(table), last_(static_cast<std::size_t>(table.ColumnCount())) {}
+  explicit RowCells(const HistoryTable& table) : table_(table) {
+    last_.reserve(static_cast<std::size_t>(table.ColumnCount()));
+    for (int column = 0; column < table.ColumnCount(); ++column) {
+      const HistoryColumn& content = table.Column(column);
+      last_.push_back({.Place = static_cast<std::size_t>(content.Word),
+                       .OwnReading = column > 0 && content.OwnReading});
+    }
+  }
 
-  /// Writes a cell, as HistoryTable::WriteCell does. Up to kKept characters behind its end are
+  /// What was written so far is no longer in memory.
+  void Forget() {
+    for (Last& last : last_) last.Text = nullptr;
+  }
+
+  /// Writes a cell, as HistoryTable::WriteCell does. Up to kShort characters behind its end are
   /// touched.
   int Write(char* out, const LiveSample& record, int column) {
-    const HistoryColumn& content = table_.Column(column);
     Last& last = last_[static_cast<std::size_t>(column)];
-    const std::int32_t word = record.Value[static_cast<std::size_t>(content.Word)];
-    if (content.OwnReading && word == last.Word) {
-      std::memcpy(out, last.Text.data(), kKept);
+    if (!last.OwnReading) return table_.WriteCell(out, record, column);
+    const std::int32_t word = record.Value[last.Place];
+    if (last.Text != nullptr && word == last.Word && last.Length <= kShort) {
+      // By way of a copy, because a short row is nearer than kShort.
+      std::array<char, kShort> text;
+      std::memcpy(text.data(), last.Text, kShort);
+      std::memcpy(out, text.data(), kShort);
       return last.Length;
     }
-    const int length = table_.WriteCell(out, record, column);
-    last.Word = kNoWord;
-    if (length <= kKept) {
-      std::memcpy(last.Text.data(), out, kKept);
-      last.Word = word;
-      last.Length = length;
-    }
-    return length;
+    last.Word = word;
+    last.Text = out;
+    last.Length = table_.WriteCell(out, record, column);
+    return last.Length;
   }
 
  private:
-  static constexpr int kKept = 16;
-  static constexpr std::int32_t kNoWord = -1;
+  static constexpr int kShort = 16;
 
   struct Last {
-    std::array<char, kKept> Text{};
-    std::int32_t Word = kNoWord;
+    std::size_t Place = 0;  ///< Of the column's word in a record.
+    bool OwnReading = false;
+    std::int32_t Word = 0;
+    const char* Text = nullptr;  ///< Where Word was written as text.
     int Length = 0;
   };
 
@@ -170,6 +186,7 @@ void WriteCsv(QIODevice& device, const HistoryTable& table, const CsvHead& head,
   WriteHead(chunks, table, head);
   RowTimes times(table.Locale(), head.SingleColumn);
   RowCells cells(table);
+  int flushes = chunks.Flushes();
   const int columns = table.ColumnCount();
   const int cellsSize = columns * (HistoryTable::kCellSize + 2) + 2;
   for (std::int32_t row = 0; row < table.RowCount(); ++row) {
@@ -177,6 +194,8 @@ void WriteCsv(QIODevice& device, const HistoryTable& table, const CsvHead& head,
     const LiveSample& record = table.Record(row);
     chunks.Add(times.Text(record));
     char* const begin = chunks.Room(cellsSize);
+    if (chunks.Flushes() != flushes) cells.Forget();
+    flushes = chunks.Flushes();
     char* end = begin;
     for (int column = 1; column < columns; ++column) {
       *end++ = ',';

@@ -148,6 +148,31 @@ TEST(WriteCsv, ARecordWithoutATimeHasAnEmptyOne) {
   EXPECT_TRUE(Written(rig.Table(), u"n"_s, true).endsWith("\r\n, 1.00, 2.00, 3\r\n"));
 }
 
+// More than is written to the file in one go, and values that stand still across the seams.
+TEST(WriteCsv, KeepsValuesThatStandStillThroughALongFile) {
+  TableRig rig(2, 0);
+  rig.EnableAnalog(0, u"%"_s);
+  rig.EnableAnalog(1, u"Volts"_s);
+  for (int i = 0; i < 40000; ++i) rig.Add(kStamp, {i / 15000, i % 2});
+  QByteArray expected("Pond,12/27/2010,3:05:12 PM\r\nDate, Time, %, Volts\r\n");
+  for (int i = 0; i < 40000; ++i) {
+    expected += "12/26/10, 15:47:29, ";
+    expected += i < 15000 ? "0.00" : i < 30000 ? "0.01" : "0.02";
+    expected += i % 2 == 0 ? ", 0.00\r\n" : ", 0.01\r\n";
+  }
+  EXPECT_EQ(Written(rig.Table(), u"Pond"_s, false), expected);
+}
+
+TEST(WriteCsv, KeepsAValueThatStandsStillInTheShortestRows) {
+  TableRig rig(1, 0);
+  rig.EnableAnalog(0, u"%"_s, 0);
+  LiveSample record;
+  record.Value[0] = 700;
+  for (int i = 0; i < 4; ++i) rig.Buffer.Append(record);
+  EXPECT_EQ(Written(rig.Table(), u"Pond"_s, true),
+            "Pond,12/27/2010,3:05:12 PM\r\nDate Time, %\r\n, 7\r\n, 7\r\n, 7\r\n, 7\r\n");
+}
+
 TEST(WriteCsv, TellsTheRowsAsItGoes) {
   TableRig rig = Well(0);
   for (int i = 0; i < 10000; ++i) rig.Add(kStamp, {i, 0, 0});
