@@ -154,13 +154,17 @@ TEST_F(ProgramStart, IsFollowedByAMessageWhenTheSettingsCannotBeSaved) {
   Put(u"store"_s);
   Start();
   QString told;
-  QTimer::singleShot(0, qApp, [&told] {
+  const auto readAndClose = [&told] {
     auto* form = qobject_cast<QDialog*>(QApplication::activeModalWidget());
     if (form == nullptr) return;
     told = form->findChild<QLabel*>(u"lblMessage"_s)->text();
     form->reject();
+  };
+  QTimer::singleShot(0, qApp, [&] {
+    QTimer::singleShot(0, qApp, readAndClose);
+    program_->Shutdown();
   });
-  program_->Shutdown();
+  QApplication::exec();
   EXPECT_EQ(told, u"The settings could not be saved:\n"_s + StorePath());
 }
 
