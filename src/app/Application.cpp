@@ -1,5 +1,7 @@
 #include "app/Application.h"
 
+#include <QScopedValueRollback>
+
 namespace tessmar {
 
 bool Application::notify(QObject* receiver, QEvent* event) {
@@ -7,7 +9,10 @@ bool Application::notify(QObject* receiver, QEvent* event) {
   try {
     return QApplication::notify(receiver, event);
   } catch (const Fault& fault) {
-    OnFault(fault);
+    if (!isTelling_) {
+      const QScopedValueRollback telling(isTelling_, true);
+      OnFault(fault);
+    }
     return false;
   }
 }

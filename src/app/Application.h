@@ -15,8 +15,12 @@ class Application final : public QApplication {
 
   bool notify(QObject* receiver, QEvent* event) override;
 
-  /// Told of a fault that reached the message loop. Without it the fault ends the process.
+  /// Told of a fault that reached the message loop; not of one that comes while it is being told,
+  /// which it may be under a message. Without it the fault ends the process.
   std::function<void(const Fault&)> OnFault;
+
+ private:
+  bool isTelling_ = false;
 };
 
 }  // namespace tessmar

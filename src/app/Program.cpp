@@ -60,6 +60,7 @@ Program::Program(ProgramEnvironment environment, const SystemLocale& locale)
       imageImport_(link_, settings_, display_, window_, history_, messages_, fileDialogs_, loop_,
                    environment_.AppPath,
                    {.AskChoice = [this] { return AskImportChoice(); },
+                    // Its count goes on: a wait under an import has to end.
                     .StopTimer1 = [this] { pollLoop_.SetPaused(true); },
                     .StartTimer1 = [this] { pollLoop_.SetPaused(false); },
                     .ShowSetup = [this](bool mayProgram) { ShowSetup(mayProgram); },
