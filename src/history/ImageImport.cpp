@@ -1,6 +1,7 @@
 #include "history/ImageImport.h"
 
 #include <QFile>
+#include <QScopedValueRollback>
 #include <algorithm>
 #include <array>
 #include <cstdint>
@@ -151,11 +152,18 @@ bool ImageImport::Load(const QString& path, const ImportChoice& choice) {
   UnpackConfigImage(link_, image, settings_);
   display_.RefreshMainScreen();
   screen_.SetCaption(u"lblLoggerName"_s, settings_.LoggerName);
-  if (choice.LaunchSetup) screens_.ShowSetup(link_.Connected);
+  if (choice.LaunchSetup) ShowSetup();
   ReadImageRecords(file, link_, buffer_);
   file.close();
   Report(choice);
   return true;
+}
+
+// The setup screen frees the link when it opens and takes it when it closes, for a reading of the
+// logger that does not follow here.
+void ImageImport::ShowSetup() {
+  const QScopedValueRollback<bool> heldAsBefore(link_.Busy);
+  screens_.ShowSetup(link_.Connected);
 }
 
 void ImageImport::Report(const ImportChoice& choice) {

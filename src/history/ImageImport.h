@@ -68,6 +68,7 @@ class ImageImport {
  private:
   std::optional<QString> AskFile();
   bool Load(const QString& path, const ImportChoice& choice);
+  void ShowSetup();
   void Report(const ImportChoice& choice);
 
   LinkState& link_;

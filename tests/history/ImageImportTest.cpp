@@ -384,6 +384,21 @@ TEST_F(Import, TheCountsAsTheyStandAfterTheSetupScreenShapeTheRecords) {
   EXPECT_EQ(buffer_.Count(), 10);
 }
 
+// The setup screen frees the link when it opens and takes it when it closes, for the main window's
+// reading of the logger, which does not follow here.
+TEST_F(Import, LeavesTheLinkHeldOrFreeAsItWasAheadOfTheSetupScreen) {
+  Image image;
+  image.AddPage(1, 4);
+  Store(image);
+  OnSetup = [this] { link_.Busy = true; };
+  Run();
+  EXPECT_FALSE(link_.Busy);
+  link_.Busy = true;
+  OnSetup = [this] { link_.Busy = false; };
+  Run();
+  EXPECT_TRUE(link_.Busy);
+}
+
 TEST_F(Import, NoRecordsIsSaid) {
   Image image;
   image.AddPage(0, 4);
