@@ -138,7 +138,8 @@ void frmGetHistoryData::Finish(UploadEnd end) {
     lblGetHistoryData_->setText(GetText(TextId::UploadCompleteHead) +
                                 QString::number(buffer_.Count()) +
                                 GetText(TextId::UploadCompleteTail));
-    if (comm_.Loop().Ending()) reject();
+    // A stop that came with the last block leaves nothing to wait for; what arrived is shown.
+    if (!IsRunning()) QDialog::reject();
     return;
   }
 

@@ -133,6 +133,17 @@ TEST_F(UploadDialog, StopInARetryWaitSaysWhatArrivedAndHides) {
   EXPECT_EQ(messages_.All, expected);
 }
 
+TEST_F(UploadDialog, StopDuringTheLastBlockHidesTheCompletedUploadAtOnce) {
+  Make({.Records = 7, .BaudRate = 9600});
+  rig_->Loop.At(100, [this] { Stop()->click(); });
+  Run();
+  EXPECT_EQ(dialog_->UploadState(), u"Cancel"_s);
+  EXPECT_FALSE(dialog_->isVisible());
+  EXPECT_EQ(Text(u"lblGetHistoryData"_s), u"Upload complete: 7 records uploaded."_s);
+  EXPECT_EQ(buffer_.Count(), 7);
+  EXPECT_TRUE(messages_.All.empty());
+}
+
 TEST_F(UploadDialog, TheMessageStandsInFrontOfTheDialogNotBehindIt) {
   Make({.Records = 25});
   rig_->Logger.AddFault(FailureMode::IllegalBlockCount);
