@@ -2,12 +2,13 @@
 
 # Everything the project is built, tested and shown with, as packages of Debian 12.
 packages=(
-  g++ cmake ninja-build pkg-config libxcb1-dev qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-translations-l10n libgl-dev
+  g++ cmake ninja-build pkg-config
+  qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-translations-l10n libgl-dev libxcb1-dev
   libgtest-dev libgmock-dev
   clang-format clang-tidy python3
   python3-markdown fp-utils
   dpkg-dev file lintian appstream desktop-file-utils mandoc
-  xvfb openbox fonts-dejavu-core locales
+  xvfb openbox fonts-dejavu-core
 )
 
 # install_missing: installs those of the packages that this machine lacks.

@@ -16,7 +16,7 @@ QString PathIfThere(const QString& path) {
 
 QString InstalledViewer(const ProgramFinder& findProgram) {
   for (const QString& viewer : {u"xchm"_s, u"kchmviewer"_s, u"uchmviewer"_s}) {
-    const QString path = findProgram(viewer);
+    QString path = findProgram(viewer);
     if (!path.isEmpty()) return path;
   }
   return {};
@@ -29,7 +29,7 @@ QString HtmlPage(const QString& appPath, const QString& helpFile, std::int16_t l
   const QStringList names{QFileInfo(helpFile).completeBaseName() + u".html"_s, u"index.html"_s};
   for (const QString& folder : languages) {
     for (const QString& name : names) {
-      const QString page = PathIfThere(u"%1/help/%2/%3"_s.arg(appPath, folder, name));
+      QString page = PathIfThere(u"%1/help/%2/%3"_s.arg(appPath, folder, name));
       if (!page.isEmpty()) return page;
     }
   }

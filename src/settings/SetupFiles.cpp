@@ -19,7 +19,7 @@ constexpr auto kPattern = "*.set"_L1;
 /// Not the one that the filter offers. Operators know it so, and it stays.
 constexpr auto kDefaultExtension = ".dat"_L1;
 /// No setup file comes near this; what does was chosen by mistake.
-constexpr qint64 kLargestFile = 64 * 1024 * 1024;
+constexpr qint64 kLargestFile = 64LL * 1024 * 1024;
 
 constexpr int kFailed = kOkOnly + kCritical;
 

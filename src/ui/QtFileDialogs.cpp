@@ -59,7 +59,8 @@ class FileDialog : public QFileDialog {
     }
     if (!MayTake(name)) return;
     chosen_ = name;
-    QDialog::accept();
+    // Past the base class, which would ask its own questions about the name.
+    done(Accepted);
   }
 
  private:
