@@ -9,7 +9,7 @@ namespace tessmar::bench {
 /// Looks at the X11 screen from outside, as an operator does. Needs a window manager.
 class ScreenWatch {
  public:
-  /// Throws std::runtime_error without a display.
+  /// Throws std::runtime_error without a display or without a window manager on it.
   ScreenWatch();
   ~ScreenWatch();
   ScreenWatch(const ScreenWatch&) = delete;
@@ -21,6 +21,7 @@ class ScreenWatch {
   bool ShowsWindow(const std::string& title);
 
  private:
+  void WaitForWindowManager();
   xcb_atom_t Atom(const std::string& name);
   std::string Title(xcb_window_t window);
   bool IsPainted(xcb_window_t window);
