@@ -23,7 +23,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int kRounds = 3;
+constexpr int kRounds = 5;
 constexpr int kRecordsABlock = 10;
 constexpr int kBitsAByte = 10;
 constexpr int kTickMs = 100;
@@ -161,11 +161,11 @@ void MeasureUnthrottled(const Line& line) {
 int main(int argc, char** argv) {
   const QCoreApplication application(argc, argv);
   try {
-    // Each of the throttled takes a few seconds.
+    // Each of the throttled takes two seconds.
     for (const tessmar::bench::Line& line :
-         {tessmar::bench::Line{9600, 105}, {38400, 405}, {115200, 1205}})
+         {tessmar::bench::Line{9600, 85}, {38400, 325}, {115200, 965}})
       tessmar::bench::MeasureThrottled(line);
-    tessmar::bench::MeasureUnthrottled({0, 100005});
+    tessmar::bench::MeasureUnthrottled({0, 80005});
   } catch (const std::exception& problem) {
     std::fprintf(stderr, "bench_upload: %s\n", problem.what());
     return 1;
