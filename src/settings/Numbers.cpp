@@ -93,6 +93,13 @@ bool IsGroupSeparator(QChar c, const QString& separator) {
   return separator.front().isSpace() && c.isSpace();
 }
 
+/// The program itself writes a point in every locale, so the point is as good as the locale's own
+/// decimal separator wherever it does not group.
+bool IsDecimalSeparator(QChar c, const QLocale& locale) {
+  if (QStringView(locale.decimalPoint()) == QStringView(&c, 1)) return true;
+  return c == u'.' && !IsGroupSeparator(c, locale.groupSeparator());
+}
+
 /// Takes a sign off the front of a text. @return false when it begins with none of them.
 bool TakeOneOf(QString& text, std::initializer_list<QString> signs) {
   for (const QString& sign : signs) {
@@ -114,7 +121,6 @@ std::optional<QString> PlainNumber(const QString& text, const QLocale& locale) {
   } else {
     TakeOneOf(rest, {u"+"_s, locale.positiveSign()});
   }
-  const QString point = locale.decimalPoint();
   const QString group = locale.groupSeparator();
   int digits = 0;
   bool inFraction = false;
@@ -124,7 +130,7 @@ std::optional<QString> PlainNumber(const QString& text, const QLocale& locale) {
       plain.append(c);
       ++digits;
       behindDigit = true;
-    } else if (!inFraction && QStringView(point) == QStringView(&c, 1)) {
+    } else if (!inFraction && IsDecimalSeparator(c, locale)) {
       plain.append(u'.');
       inFraction = true;
     } else if (!inFraction && behindDigit && IsGroupSeparator(c, group)) {

@@ -15,7 +15,8 @@ namespace tessmar {
 double ParseLeadingNumber(const QString& text);
 
 /// True when the whole text is a number by the locale's conventions: blanks at the ends, one sign,
-/// digits with group separators in the whole part, one decimal separator; no exponent.
+/// digits with group separators in the whole part, one decimal separator; no exponent. A point is a
+/// decimal separator in every locale that does not group with it.
 bool IsNumeric(const QString& text, const QLocale& locale);
 
 /// Reads a whole text as a number of the locale, rounded to a 32-bit integer, ties to even.

@@ -108,6 +108,19 @@ TEST(IsNumeric, TakesTypedBlanksForNoBreakSpacesThatGroup) {
   EXPECT_TRUE(IsNumeric(u"12\u202F345"_s, french));
 }
 
+TEST(IsNumeric, TakesAPointForTheSeparatorWhereItDoesNotGroup) {
+  const QLocale french(QLocale::French, QLocale::France);
+  const QLocale austrian(QLocale::German, QLocale::Austria);
+  for (const QLocale& locale : {french, austrian}) {
+    for (const QString& text : {u"1.5"_s, u"1,5"_s, u"-273.15"_s, u"12 345.5"_s}) {
+      EXPECT_TRUE(IsNumeric(text, locale)) << text.toStdString();
+    }
+    for (const QString& text : {u"1.2.3"_s, u"1,5.5"_s, u"1.5,5"_s, u"."_s}) {
+      EXPECT_FALSE(IsNumeric(text, locale)) << text.toStdString();
+    }
+  }
+}
+
 TEST(IsNumeric, TakesTheSignsOfTheLocale) {
   const QLocale swedish(QLocale::Swedish, QLocale::Sweden);
   EXPECT_TRUE(IsNumeric(u"\u22121,5"_s, swedish));

@@ -172,9 +172,14 @@ TEST(NumberField, TestsByTheLocaleAndReadsByThePoint) {
 }
 
 TEST(NumberField, AcceptsItsOwnTextAgainInEveryLocale) {
-  for (const QLocale& locale : {kUs, kGerman}) {
+  // Neither of the last two groups with a point, and both have a decimal comma.
+  const QLocale locales[] = {kUs, kGerman, QLocale(QLocale::French, QLocale::France),
+                             QLocale(QLocale::German, QLocale::Austria)};
+  for (const QLocale& locale : locales) {
     for (const QString& text : {u"0.0000123"_s, u"-273.15"_s, u"999999"_s, u"0"_s}) {
       EXPECT_EQ(Leave("txtTop", text, locale), Accepted(text)) << text.toStdString();
+      EXPECT_EQ(Leave("txtConductivityManualEntry", text, locale), Accepted(text))
+          << text.toStdString();
     }
   }
 }
