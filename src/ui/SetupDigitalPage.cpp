@@ -15,17 +15,24 @@ namespace tessmar {
 
 using namespace Qt::StringLiterals;
 
+namespace {
+
+/// Where the frames stand on the page, in logical pixels.
+constexpr int kSideMargin = 50;
+constexpr int kTopMargin = 33;
+
+}  // namespace
+
 SetupDigitalPage::SetupDigitalPage(int channelCount, QWidget* parent)
     : QWidget(parent), channelCount_(std::clamp(channelCount, 0, kPulseChannels)) {
   auto* columns = new QHBoxLayout(this);
-  columns->setSpacing(24);
-  columns->addStretch(1);
+  columns->setContentsMargins(kSideMargin, kTopMargin, kSideMargin, kTopMargin);
+  columns->setSpacing(kSideMargin);
   for (int channel = 0; channel < kPulseChannels; ++channel) {
     Group& group = groups_[static_cast<std::size_t>(channel)];
     group = NewGroup(channel);
     SetGroupEnabled(group, channel < channelCount_);
-    columns->addWidget(group.fraPulse, 2, Qt::AlignVCenter);
-    columns->addStretch(1);
+    columns->addWidget(group.fraPulse, 1, Qt::AlignTop);
   }
 }
 
