@@ -6,6 +6,7 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QScopedValueRollback>
+#include <QTabBar>
 #include <utility>
 
 namespace tessmar {
@@ -77,6 +78,9 @@ bool FieldValidation::eventFilter(QObject* watched, QEvent* event) {
     case QEvent::MouseButtonDblClick:
     case QEvent::Shortcut:
       return IsControl(*widget) && !MayLeaveFor(widget);
+    case QEvent::Wheel:
+      // The wheel turns the pages without taking the focus, and the field goes with its page.
+      return qobject_cast<QTabBar*>(widget) != nullptr && !MayLeaveFor(widget);
     case QEvent::KeyPress:
       return LeavesByKey(widget, *static_cast<QKeyEvent*>(event));
     case QEvent::FocusOut:

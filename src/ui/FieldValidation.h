@@ -14,9 +14,9 @@ namespace tessmar {
 /// Checks the fields of a screen as they are left.
 ///
 /// The check of a field runs before the focus passes to another control of the screen: a click,
-/// Tab, an access key, Enter for the default button. A refusal keeps the focus and swallows what
-/// would have moved it, so that the click does nothing. Menus, other windows and other programs do
-/// not take the focus and check nothing.
+/// Tab, an access key, Enter for the default button, the wheel over the tabs. A refusal keeps the
+/// focus and swallows what would have moved it, so that the click does nothing. Menus, other
+/// windows and other programs do not take the focus and check nothing.
 class FieldValidation final : public QObject {
  public:
   /// Puts the field's text right and lets the focus go (true), or reports the refusal and keeps the

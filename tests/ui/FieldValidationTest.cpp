@@ -62,6 +62,18 @@ TEST_F(LeavingAField, ARefusalBlocksTheTabs) {
   EXPECT_EQ(rig_.Page(), 0);
 }
 
+TEST_F(LeavingAField, TheWheelOverTheTabsDoesNotLeaveARefusedField) {
+  QLineEdit& field = BadNumber();
+  QTabBar* tabs = rig_.Get<QTabWidget>("TabStrip").tabBar();
+  const QPointF centre = tabs->rect().center();
+  QWheelEvent wheel(centre, tabs->mapToGlobal(centre), {}, QPoint(0, -120), Qt::NoButton,
+                    Qt::NoModifier, Qt::NoScrollPhase, false);
+  QApplication::sendEvent(tabs, &wheel);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(rig_.Page(), 0);
+  EXPECT_TRUE(field.hasFocus());
+}
+
 TEST_F(LeavingAField, ARefusalBlocksOtherFieldsAndCheckBoxes) {
   QLineEdit& field = BadNumber();
   QCheckBox& enable = rig_.Check("chkEnable(1)");
