@@ -178,20 +178,26 @@ void frmSetup::BuildMenus() {
   const auto addSeparator = [](QMenu* menu, const QString& name) {
     menu->addSeparator()->setObjectName(name);
   };
+  // The settings have to stay as they are while they are written to the logger and compared.
+  const auto whenFree = [this](auto action) {
+    return [this, action] {
+      if (!services_.Link.Busy) action();
+    };
+  };
   QMenu* file = addMenu(u"mnuFile"_s);
-  AddEntry(file, u"mnuSave"_s, [this] { files_->SaveSetupFile(); });
-  AddEntry(file, u"mnuLoad"_s, [this] { files_->LoadSetupFile(); });
+  AddEntry(file, u"mnuSave"_s, whenFree([this] { files_->SaveSetupFile(); }));
+  AddEntry(file, u"mnuLoad"_s, whenFree([this] { files_->LoadSetupFile(); }));
   addSeparator(file, u"mnuSep1"_s);
   for (std::size_t i = 0; i < mnuHist_.size(); ++i) {
     mnuHist_[i] = AddEntry(file, ElementName("mnuHist", static_cast<int>(i)),
-                           [this, i] { files_->OpenRecentFile(i); });
+                           whenFree([this, i] { files_->OpenRecentFile(i); }));
   }
   addSeparator(file, u"mnuSep2"_s);
   AddEntry(file, u"mnuExit"_s, [this] { reject(); });
 
   QMenu* action = addMenu(u"mnuAction"_s);
   AddEntry(action, u"mnuDownload"_s, [this] { programming_->ProgramSettings(); });
-  AddEntry(action, u"mnuInitialize"_s, [this] { InitializeToDefaults(); });
+  AddEntry(action, u"mnuInitialize"_s, whenFree([this] { InitializeToDefaults(); }));
 
   QMenu* help = addMenu(u"mnuHelp"_s);
   const auto show = [](const std::function<void()>& what) {

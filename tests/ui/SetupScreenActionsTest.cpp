@@ -104,6 +104,36 @@ TEST_F(SetupScreenActionsTest, TheWaitCursorShowsWhileProgrammingAndCloseIsShut)
   EXPECT_GT(seen, 0);
 }
 
+TEST_F(SetupScreenActionsTest, NothingReplacesTheSettingsWhileTheyAreProgrammed) {
+  const QTemporaryDir folder;
+  rig_.Open();
+  rig_.Field("txtName").setText(u"Weir"_s);
+  rig_.Dialogs.Answers = {folder.filePath(u"weir.set"_s)};
+  rig_.Choose("mnuSave");
+  rig_.Dialogs.All.clear();
+  rig_.Messages.Default = kYes;
+  rig_.Logger.AddFault({.Mode = sim::FailureMode::Silent, .Count = 1});
+  int chosen = 0;
+  rig_.Loop.OnTick = [this, &chosen, tick = rig_.Loop.OnTick] {
+    tick();
+    if (QGuiApplication::overrideCursor() == nullptr || chosen > 0) return;
+    ++chosen;
+    rig_.Field("txtName").setText(u"Changed meanwhile"_s);
+    for (const char* entry : {"mnuInitialize", "mnuLoad", "mnuHist(0)", "mnuSave"})
+      rig_.Choose(entry);
+  };
+  rig_.Choose("mnuDownload");
+  ASSERT_EQ(chosen, 1);
+  EXPECT_TRUE(rig_.Dialogs.All.empty());
+  EXPECT_EQ(Titles(), QStringList{u"Program Settings"_s});
+  EXPECT_EQ(rig_.Settings.LoggerName, u"Weir"_s);
+
+  // What was typed meanwhile is not in the logger.
+  rig_.Messages.Answers = {kNo, kNo};
+  rig_.Form->close();
+  EXPECT_TRUE(rig_.Messages.All.back().Prompt.contains(u"without being programmed"_s));
+}
+
 TEST_F(SetupScreenActionsTest, ADoChannelThatTheLoggerLacksEndsProgrammingWithTheError) {
   SetupScreenRig rig({.AnalogChannels = 3});
   rig.Settings.Do.PO2Channel = 5;
