@@ -1,5 +1,6 @@
 #include "app/MainActions.h"
 
+#include <QScopeGuard>
 #include <utility>
 
 #include "ui/TextTable.h"
@@ -84,6 +85,9 @@ void MainActions::Setup() {
   const BusyScope busy(link_);
   logger_.Configuration.RefreshFromLogger();
   if (loop_.Ending()) return;
+  // The box may have been ticked while the logger was read, and cannot be reached any more.
+  pollLoop_.HoldSampling(true);
+  const auto resume = qScopeGuard([this] { pollLoop_.HoldSampling(false); });
   screens_.ShowSetup();
   if (loop_.Ending()) return;
   // The setup screen has handled Busy by itself. What was not programmed does not survive it.

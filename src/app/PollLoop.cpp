@@ -116,7 +116,7 @@ void PollLoop::SwitchSampling() {
     screen_.SetChecked(box, false);
     return;
   }
-  if (link_.Busy) return;
+  if (link_.Busy || samplingHeld_) return;
   if (!link_.SampleContinuously) {
     link_.SampleContinuously = true;
     link_.SampleStep = 0;

@@ -32,6 +32,10 @@ class PollLoop {
   /// is sampled. Time is still counted for waits, so that none of them lasts for ever.
   void SetPaused(bool paused) { paused_ = paused; }
 
+  /// While held, as under the setup screen, which frees the link, continuous sampling does not
+  /// begin; a ticked box has its effect afterwards.
+  void HoldSampling(bool held) { samplingHeld_ = held; }
+
   /// Counts time for all waits, moves the state into labels and controls, paints the meters.
   void Timer1Tick();
 
@@ -58,6 +62,7 @@ class PollLoop {
   const ConnectionWords& words_;
   bool underConstruction_ = true;
   bool paused_ = false;
+  bool samplingHeld_ = false;
   bool inTimer1_ = false;
   bool inTimer2_ = false;
 };

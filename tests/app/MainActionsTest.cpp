@@ -219,6 +219,23 @@ TEST_F(MainActionsTest, SetupReadsTheLoggerAheadOfTheScreenAndBehindIt) {
   EXPECT_EQ(Screen.WaitCursor, 0);
 }
 
+TEST_F(MainActionsTest, ABoxTickedWhileSetupOpensStartsSamplingOnlyBehindTheScreen) {
+  Connect();
+  Logger.OnCommand = [this](std::uint8_t) { Screen.Checked[u"chkSampleContinuously"_s] = true; };
+  SetupScreen = [this] {
+    Link.Busy = false;
+    Logger.Opcodes.clear();
+    Loop.RunFor(3000);
+    EXPECT_FALSE(Link.SampleContinuously);
+    EXPECT_EQ(Logger.Opcodes, Bytes{});
+  };
+  Actions.Setup();
+  EXPECT_EQ(SetupShown, 1);
+  EXPECT_EQ(Logger.Opcodes, (Bytes{8, 8, 8, 0x0C, 0}));
+  Loop.RunFor(200);
+  EXPECT_TRUE(Link.SampleContinuously);
+}
+
 TEST_F(MainActionsTest, TheProgramEndingInSetupFreesTheLink) {
   Connect();
   SetupScreen = [this] {
