@@ -44,8 +44,9 @@ HistoryView::HistoryView(QWidget* parent) : QTableView(parent), frozen_(new QTab
   SetUp(*this);
   SetUp(*frozen_);
   frozen_->setObjectName(u"lvwHistoryFirstColumn"_s);
-  frozen_->setFocusProxy(this);
+  // In this order: a policy set afterwards would be the table's own.
   frozen_->setFocusPolicy(Qt::NoFocus);
+  frozen_->setFocusProxy(this);
   frozen_->setFrameShape(QFrame::NoFrame);
   frozen_->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   frozen_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
