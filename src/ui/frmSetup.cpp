@@ -119,6 +119,10 @@ void frmSetup::BuildPages() {
   const LinkState& link = services_.Link;
   tabStrip_ = new QTabWidget(this);
   tabStrip_->setObjectName(u"TabStrip"_s);
+  // It would hand the focus to its tabs once more behind the pages, and Tab would never come to the
+  // buttons.
+  tabStrip_->setFocusProxy(nullptr);
+  tabStrip_->setFocusPolicy(Qt::NoFocus);
   analog_ = new SetupAnalogPage(link.AnalogChannelCount, tabStrip_);
   digital_ = new SetupDigitalPage(link.PulseChannelCount, tabStrip_);
   general_ = new SetupGeneralPage(services_.Locale.Uses24HourClock(), link.SampleOnDemandSupported,
