@@ -8,7 +8,7 @@ packages=(
   clang-format clang-tidy python3
   python3-markdown fp-utils
   dpkg-dev file lintian appstream desktop-file-utils mandoc
-  xvfb openbox fonts-dejavu-core
+  xvfb openbox wmctrl xdotool fonts-dejavu-core
 )
 
 # install_missing: installs those of the packages that this machine lacks.

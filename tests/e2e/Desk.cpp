@@ -1,9 +1,13 @@
 #include "e2e/Desk.h"
 
+#include <gtest/gtest.h>
+
 #include <QApplication>
 #include <QElapsedTimer>
 #include <QLabel>
+#include <QProgressBar>
 #include <QSettings>
+#include <ctime>
 #include <stdexcept>
 
 namespace tessmar::test {
@@ -14,7 +18,28 @@ namespace {
 
 constexpr int kPatience = 15000;
 
+/// Less would fail a program that merely paints, more would let one pass that never sleeps.
+constexpr double kMostOfACore = 0.5;
+
+double ProcessorSeconds() {
+  timespec spent{};
+  clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &spent);
+  return static_cast<double>(spent.tv_sec) + static_cast<double>(spent.tv_nsec) * 1e-9;
+}
+
 }  // namespace
+
+QString MainText(const QString& control) {
+  return Robot::Text(u"frmMain"_s, control);
+}
+
+void ExpectNoSpin() {
+  constexpr int kWhileMs = 600;
+  Robot::Pause(200);
+  const double before = ProcessorSeconds();
+  Robot::Pause(kWhileMs);
+  EXPECT_LT(ProcessorSeconds() - before, kMostOfACore * kWhileMs / 1000.0) << "the program spins";
+}
 
 LoggerProcess::LoggerProcess(const QString& link, const QStringList& options) {
   process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
@@ -37,13 +62,12 @@ void LoggerProcess::PullOut() {
 }
 
 Desk::Desk(const QStringList& loggerOptions, const QStringList& arguments,
-           const SystemLocale& locale)
-    : loggerOptions_(loggerOptions) {
+           const SystemLocale& locale) {
   QSettings store(StorePath(), QSettings::IniFormat);
   store.setValue(u"Configuration/DirectPort"_s, u"COM9"_s);
   store.setValue(u"Configuration/DirectBaud"_s, u"115200"_s);
   store.sync();
-  StartLogger();
+  StartLogger(loggerOptions);
   program_ = std::make_unique<Program>(
       ProgramEnvironment{
           .Arguments = QStringList{u"TessmarLogger"_s} + arguments,
@@ -61,9 +85,32 @@ Desk::Desk(const QStringList& loggerOptions, const QStringList& arguments,
 
 Desk::~Desk() = default;
 
-void Desk::StartLogger() {
+void Desk::StartLogger(const QStringList& loggerOptions) {
   logger_.reset();
-  logger_ = std::make_unique<LoggerProcess>(Path(u"logger"_s), loggerOptions_);
+  logger_ = std::make_unique<LoggerProcess>(Path(u"logger"_s), loggerOptions);
+}
+
+void Desk::PullOut() {
+  Robot::InGui([this] { logger_->PullOut(); });
+}
+
+void Desk::OpenSetup() {
+  Robot::Click(u"frmMain"_s, u"cmdSetup"_s);
+  Robot::WaitForForm(u"frmSetup"_s);
+}
+
+void Desk::Disconnect() {
+  Robot::WaitForForm(u"frmMain"_s);
+  Robot::WaitFor(u"the link to be free"_s, [this] { return !program_->Link().Busy; });
+  Robot::Click(u"frmMain"_s, u"cmdConnect"_s);
+  Robot::WaitFor(u"the session's end"_s, [this] { return !program_->Link().DisplayedConnected; });
+}
+
+void Desk::PlugInAndConnect(const QStringList& loggerOptions) {
+  Disconnect();
+  Robot::InGui([&] { StartLogger(loggerOptions); });
+  Robot::Click(u"frmMain"_s, u"cmdConnect"_s);
+  Connect();
 }
 
 QString Desk::Work(const std::function<void()>& work) {
@@ -74,6 +121,8 @@ QString Desk::Work(const std::function<void()>& work) {
   robot.Start(work, [&](const QString& text) {
     trouble = text;
     done = true;
+    // What the robot has left going must not keep the test.
+    if (!text.isEmpty()) program_->Shutdown();
     QCoreApplication::exit(0);
   });
   QApplication::exec();
@@ -88,12 +137,41 @@ QString Desk::Work(const std::function<void()>& work) {
 void Desk::Connect() {
   Robot::WaitForForm(u"frmConnect"_s);
   Robot::Click(u"frmConnect"_s, u"cmdConnect"_s);
+  WaitForReading();
+}
+
+void Desk::Dial() {
+  const QString dialog = u"frmConnect"_s;
+  Robot::WaitForForm(dialog);
+  Robot::Tick(dialog, u"optModem"_s);
+  Robot::Choose(dialog, u"cmbPort2"_s, u"COM9"_s);
+  Robot::Type(dialog, u"cmbNumber"_s, u"5551234"_s);
+  Robot::Click(dialog, u"cmdConnect"_s);
+}
+
+void Desk::WaitForReading() {
   Robot::WaitForNoForm(u"frmConnect"_s);
-  Robot::WaitForText(u"frmMain"_s, u"cmdConnect"_s, u"Disconnect"_s);
-  Robot::WaitFor(u"a reading"_s, [] {
+  Robot::WaitFor(u"a session with a reading"_s, [this] {
+    const LinkState& link = program_->Link();
     const auto* label = qobject_cast<QLabel*>(Robot::Control(u"frmMain"_s, u"lblValue(0)"_s));
-    return label != nullptr && !label->text().isEmpty();
+    return link.DisplayedConnected && !link.Busy && label != nullptr && !label->text().isEmpty();
   });
+}
+
+void Desk::StartUpload() {
+  Robot::Click(u"frmMain"_s, u"cmdGetHistoryData"_s);
+  Robot::WaitFor(u"records"_s, [] {
+    const auto* bar =
+        qobject_cast<QProgressBar*>(Robot::Control(u"frmGetHistoryData"_s, u"ProgressBar1"_s));
+    return bar != nullptr && bar->value() > 0;
+  });
+}
+
+void Desk::OpenViewer() {
+  Robot::Click(u"frmMain"_s, u"cmdGetHistoryData"_s);
+  Robot::WaitForForm(u"frmGetHistoryData"_s);
+  Robot::Click(u"frmGetHistoryData"_s, u"cmdOkay"_s);
+  Robot::WaitForForm(u"frmHistory"_s);
 }
 
 void Desk::CloseMainWindow() {

@@ -6,9 +6,15 @@
 #include <QTemporaryDir>
 #include <functional>
 #include <memory>
+#include <ostream>
 
 #include "app/Program.h"
 #include "e2e/Robot.h"
+
+/// How a failed test shows a text.
+inline void PrintTo(const QString& text, std::ostream* out) {
+  *out << '"' << text.toStdString() << '"';
+}
 
 namespace tessmar::test {
 
@@ -26,6 +32,12 @@ class LoggerProcess {
   QProcess process_;
 };
 
+/// What a label of the main window shows.
+QString MainText(const QString& control);
+
+/// For the robot: fails the test when the program works while it has nothing to do.
+void ExpectNoSpin();
+
 /// An operator's desk: a logger, the program with a store of its own, and a robot who works it.
 class Desk {
  public:
@@ -39,8 +51,24 @@ class Desk {
 
   /// For the robot: presses Connect in the dialog that opens by itself and waits for live readings.
   void Connect();
-  void StartLogger();
-  void PullOut() { logger_->PullOut(); }
+  /// For the robot: chooses the modem line in the dialog that opens by itself, and dials.
+  void Dial();
+  /// For the robot: waits for the session's first readings.
+  void WaitForReading();
+  /// For the robot: starts an upload and waits for its first records.
+  void StartUpload();
+  /// For the robot: uploads the history of a connected logger, up to the viewer.
+  void OpenViewer();
+  /// For the robot: opens the setup screen of a connected logger.
+  void OpenSetup();
+  /// For the robot: ends the session by the button.
+  void Disconnect();
+  /// For the robot: ends the session, starts a logger and connects to it.
+  void PlugInAndConnect(const QStringList& loggerOptions);
+  /// Starts another logger in the place of the present one.
+  void StartLogger(const QStringList& loggerOptions);
+  /// For the robot: pulls the adapter out and lets the program notice it.
+  void PullOut();
 
   /// For the robot: closes the main window, as from its frame, and says how long the program took
   /// to end. The robot may do nothing in the windows after it.
@@ -57,7 +85,6 @@ class Desk {
 
  private:
   QTemporaryDir folder_;
-  QStringList loggerOptions_;
   std::unique_ptr<LoggerProcess> logger_;
   std::unique_ptr<Program> program_;
   QElapsedTimer sinceClose_;

@@ -3,12 +3,17 @@
 #include <QAbstractButton>
 #include <QAction>
 #include <QApplication>
+#include <QCheckBox>
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QElapsedTimer>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
+#include <QRadioButton>
 #include <QScreen>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTest>
 #include <QThread>
 #include <stdexcept>
@@ -16,6 +21,18 @@
 namespace tessmar::test {
 
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A box or an option may be wider than its text, and takes no click behind that.
+QPoint PlaceToClick(const QWidget& widget) {
+  constexpr int kInTheMark = 8;
+  const bool hasMark = qobject_cast<const QCheckBox*>(&widget) != nullptr ||
+                       qobject_cast<const QRadioButton*>(&widget) != nullptr;
+  return hasMark ? QPoint(kInTheMark, widget.height() / 2) : widget.rect().center();
+}
+
+}  // namespace
 
 QObject* Robot::Anchor() {
   return qApp;
@@ -81,6 +98,22 @@ bool Robot::IsShown(const QString& form) {
   return InGui([&] { return Form(form) != nullptr; });
 }
 
+bool Robot::IsEnabled(const QString& form, const QString& control) {
+  return InGui([&] {
+    QObject* object = Control(form, control);
+    if (const auto* action = qobject_cast<QAction*>(object)) return action->isEnabled();
+    const auto* widget = qobject_cast<QWidget*>(object);
+    return widget != nullptr && widget->isEnabled();
+  });
+}
+
+bool Robot::HasFocus(const QString& form, const QString& control) {
+  return InGui([&] {
+    const auto* widget = qobject_cast<QWidget*>(Control(form, control));
+    return widget != nullptr && widget->hasFocus();
+  });
+}
+
 void Robot::WaitForForm(const QString& form, int milliseconds) {
   WaitFor(
       form,
@@ -107,7 +140,7 @@ void Robot::Click(const QString& form, const QString& control) {
       Anchor(),
       [=] {
         if (auto* widget = qobject_cast<QWidget*>(Control(form, control))) {
-          QTest::mouseClick(widget, Qt::LeftButton);
+          QTest::mouseClick(widget, Qt::LeftButton, Qt::NoModifier, PlaceToClick(*widget));
         }
       },
       Qt::QueuedConnection);
@@ -133,10 +166,90 @@ void Robot::Type(const QString& form, const QString& control, const QString& tex
     widget->setFocus();
     if (auto* line = qobject_cast<QLineEdit*>(widget)) line->selectAll();
     if (auto* combo = qobject_cast<QComboBox*>(widget)) {
-      if (combo->lineEdit() != nullptr) combo->lineEdit()->selectAll();
+      if (combo->lineEdit() != nullptr) {
+        combo->lineEdit()->selectAll();
+        widget = combo->lineEdit();
+      }
     }
     QTest::keyClicks(widget, text);
   });
+}
+
+void Robot::Choose(const QString& form, const QString& list, const QString& start) {
+  const bool chosen = InGui([&] {
+    auto* combo = qobject_cast<QComboBox*>(Control(form, list));
+    const int index = combo == nullptr ? -1 : combo->findText(start, Qt::MatchStartsWith);
+    if (index < 0) return false;
+    combo->setFocus();
+    combo->setCurrentIndex(index);
+    return true;
+  });
+  if (!chosen) {
+    throw std::runtime_error(u"%1 of %2 has no \"%3\""_s.arg(list, form, start).toStdString());
+  }
+}
+
+void Robot::Tick(const QString& form, const QString& box, bool on) {
+  const auto isSo = [&] {
+    const auto* button = qobject_cast<QAbstractButton*>(Control(form, box));
+    return button != nullptr && button->isChecked() == on;
+  };
+  if (InGui(isSo)) return;
+  Click(form, box);
+  WaitFor(u"the click on %1 of %2"_s.arg(box, form), isSo);
+}
+
+void Robot::TurnTo(const QString& form, const QString& tabs, int page) {
+  QMetaObject::invokeMethod(
+      Anchor(),
+      [=] {
+        auto* pages = qobject_cast<QTabWidget*>(Control(form, tabs));
+        if (pages == nullptr) return;
+        const QRect tab = pages->tabBar()->tabRect(page);
+        QTest::mouseClick(pages->tabBar(), Qt::LeftButton, Qt::NoModifier, tab.center());
+      },
+      Qt::QueuedConnection);
+  WaitFor(u"page %1 of %2"_s.arg(page).arg(form), [&] {
+    const auto* pages = qobject_cast<QTabWidget*>(Control(form, tabs));
+    return pages != nullptr && pages->currentIndex() == page;
+  });
+}
+
+// One message may follow another at once: an answered one is marked, and no longer counts.
+void Robot::Answer(const QString& start, int button, int milliseconds) {
+  constexpr char kAnswered[] = "answered";
+  QString text;
+  const auto stands = [&] {
+    QWidget* message = Form(u"FMessage"_s);
+    if (message == nullptr || message->property(kAnswered).toBool()) return false;
+    text = qobject_cast<QLabel*>(Control(u"FMessage"_s, u"lblMessage"_s))->text();
+    if (text.startsWith(start)) message->setProperty(kAnswered, true);
+    return true;
+  };
+  WaitFor(u"the message \"%1\""_s.arg(start), stands, milliseconds);
+  if (!text.startsWith(start)) {
+    throw std::runtime_error(
+        u"the message is \"%1\" and not \"%2\""_s.arg(text, start).toStdString());
+  }
+  Click(u"FMessage"_s, u"cmdButton(%1)"_s.arg(button));
+}
+
+void Robot::TakeFile(const QString& path) {
+  WaitForForm(u"dlgFile"_s);
+  // Set and clicked, not typed and entered: a list of completions would take the keys.
+  InGui([&] { qobject_cast<QLineEdit*>(Control(u"dlgFile"_s, u"fileNameEdit"_s))->setText(path); });
+  QMetaObject::invokeMethod(
+      Anchor(),
+      [] {
+        auto* buttons = qobject_cast<QDialogButtonBox*>(Control(u"dlgFile"_s, u"buttonBox"_s));
+        for (QAbstractButton* button : buttons->buttons()) {
+          if (buttons->buttonRole(button) != QDialogButtonBox::AcceptRole) continue;
+          QTest::mouseClick(button, Qt::LeftButton);
+          return;
+        }
+      },
+      Qt::QueuedConnection);
+  WaitForNoForm(u"dlgFile"_s);
 }
 
 void Robot::Press(Qt::Key key, Qt::KeyboardModifiers modifiers) {

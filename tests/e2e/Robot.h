@@ -46,6 +46,8 @@ class Robot {
   static void WaitForForm(const QString& form, int milliseconds = 15000);
   static void WaitForNoForm(const QString& form, int milliseconds = 15000);
   static bool IsShown(const QString& form);
+  static bool IsEnabled(const QString& form, const QString& control);
+  static bool HasFocus(const QString& form, const QString& control);
 
   /// Clicks the middle of a control, as soon as it is shown and enabled.
   static void Click(const QString& form, const QString& control);
@@ -54,6 +56,16 @@ class Robot {
   /// Sends keys to the widget with the focus, or to a control after giving it the focus.
   static void Type(const QString& form, const QString& control, const QString& text);
   static void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
+  /// Chooses the first entry of a list that begins so.
+  static void Choose(const QString& form, const QString& list, const QString& start);
+  /// Sets a check box or an option button by a click, unless it is so already.
+  static void Tick(const QString& form, const QString& box, bool on = true);
+  /// Turns to a page, 0 first, by a click on its tab.
+  static void TurnTo(const QString& form, const QString& tabs, int page);
+  /// Waits for a message that begins so and presses one of its buttons, 0 first.
+  static void Answer(const QString& start, int button = 0, int milliseconds = 15000);
+  /// Types the name of a file into the file dialog and takes it.
+  static void TakeFile(const QString& path);
 
   /// What a label, button, text box, combo box or group shows.
   static QString Text(const QString& form, const QString& control);
