@@ -160,6 +160,10 @@ void Robot::Trigger(const QString& form, const QString& entry) {
 }
 
 void Robot::Type(const QString& form, const QString& control, const QString& text) {
+  WaitFor(u"%1 to be the window for the keys"_s.arg(form), [&] {
+    const QWidget* window = Form(form);
+    return window != nullptr && window->isActiveWindow();
+  });
   InGui([&] {
     auto* widget = qobject_cast<QWidget*>(Control(form, control));
     if (widget == nullptr) return;
