@@ -1,14 +1,17 @@
 // A tour of the real program in its real windows: connects to the logger that the environment
-// names, looks at everything, and leaves pictures and a CSV file. ./run takes it where there is no
-// display.
+// names, looks at everything, and leaves pictures of every form, of the whole screen with it (in
+// the folder "screen"), and a CSV file. ./run takes it where there is no display.
 
 #include <QApplication>
-#include <QComboBox>
 #include <QCommandLineParser>
 #include <QDir>
+#include <QFileDialog>
 #include <QLabel>
 #include <QLineEdit>
-#include <QTabWidget>
+#include <QMainWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QProgressBar>
 #include <QTemporaryDir>
 #include <cstdio>
 
@@ -24,13 +27,14 @@ struct TourLanguage {
   QString Name;  ///< Folder of its pictures.
   QString Switch;
   QLocale Locale;
+  bool IsGerman;
 };
 
 class Tour {
  public:
   Tour(const TourLanguage& language, const QString& folder)
       : language_(language), folder_(QDir(folder).filePath(language.Name)) {
-    QDir().mkpath(folder_);
+    QDir(folder_).mkpath(u"screen"_s);
   }
 
   /// @return what went wrong, or nothing.
@@ -63,25 +67,34 @@ class Tour {
   void Walk() {
     Connect();
     WatchLiveReadings();
+    OpenMenus();
     HarvestHistory();
     LookAtSetup();
+    MeetRefusals();
+    Calibrate();
+    LeaveSetup();
     Robot::Trigger(main_, u"mnuAbout"_s);
     Robot::WaitForForm(u"frmAbout"_s);
-    Take(u"about"_s);
+    Take(u"about"_s, u"frmAbout"_s);
     Robot::Press(Qt::Key_Escape);
     Robot::WaitForNoForm(u"frmAbout"_s);
   }
 
   void Connect() {
-    Robot::WaitForForm(u"frmConnect"_s);
-    Robot::InGui([] {
-      auto* ports = qobject_cast<QComboBox*>(Robot::Control(u"frmConnect"_s, u"cmbPort1"_s));
-      ports->setCurrentIndex(ports->findText(u"COM9"_s, Qt::MatchStartsWith));
-    });
-    Take(u"connect"_s);
-    Robot::Click(u"frmConnect"_s, u"cmdConnect"_s);
+    const QString dialog = u"frmConnect"_s;
+    Robot::WaitForForm(dialog);
+    Robot::Choose(dialog, u"cmbPort2"_s, u"COM9"_s);
+    Robot::Type(dialog, u"cmbNumber"_s, u"5551234"_s);
+    Robot::Tick(dialog, u"optModem"_s);
+    Take(u"connect-modem"_s, dialog);
+    Robot::Tick(dialog, u"optDirect"_s);
+    Robot::Choose(dialog, u"cmbPort1"_s, u"COM9"_s);
+    Robot::InGui(
+        [dialog] { qobject_cast<QWidget*>(Robot::Control(dialog, u"cmdConnect"_s))->setFocus(); });
+    Take(u"connect"_s, dialog);
+    Robot::Click(dialog, u"cmdConnect"_s);
     WaitForReadings();
-    Take(u"connected"_s);
+    Take(u"connected"_s, main_);
   }
 
   void WaitForReadings() {
@@ -99,79 +112,172 @@ class Tour {
       const auto* label = qobject_cast<QLabel*>(Robot::Control(main_, u"lblHistory(3)"_s));
       return label->text().count(u'.') == 4;
     });
-    Take(u"live"_s);
+    Take(u"live"_s, main_);
     Robot::Click(main_, u"chkSampleContinuously"_s);
     WaitForReadings();
   }
 
+  void OpenMenus() {
+    const QString action = language_.IsGerman ? u"imnuAction"_s : u"mnuAction"_s;
+    const std::pair<QString, QString> menus[] = {
+        {u"mnuFile"_s, u"menu-file"_s}, {action, u"menu-action"_s}, {u"Help"_s, u"menu-help"_s}};
+    for (const auto& [menu, picture] : menus) {
+      Robot::InGui([this, menu = menu] {
+        auto* window = qobject_cast<QMainWindow*>(Robot::Form(main_));
+        auto* entries = qobject_cast<QMenu*>(Robot::Control(main_, menu));
+        const QRect title = window->menuBar()->actionGeometry(entries->menuAction());
+        entries->popup(window->menuBar()->mapToGlobal(title.bottomLeft()));
+      });
+      Take(picture, menu);
+      Robot::InGui(
+          [this, menu = menu] { qobject_cast<QMenu*>(Robot::Control(main_, menu))->close(); });
+    }
+  }
+
   void HarvestHistory() {
+    const QString upload = u"frmGetHistoryData"_s;
     Robot::Click(main_, u"cmdGetHistoryData"_s);
+    Robot::WaitFor(u"records on their way"_s, [upload] {
+      const auto* bar = qobject_cast<QProgressBar*>(Robot::Control(upload, u"ProgressBar1"_s));
+      return bar != nullptr && bar->value() > 0;
+    });
+    // At once, while they come.
+    Picture(u"uploading"_s, upload);
     Robot::WaitFor(
         u"the upload's end"_s,
-        [] {
-          const auto* okay =
-              qobject_cast<QWidget*>(Robot::Control(u"frmGetHistoryData"_s, u"cmdOkay"_s));
+        [upload] {
+          const auto* okay = qobject_cast<QWidget*>(Robot::Control(upload, u"cmdOkay"_s));
           return okay != nullptr && okay->isEnabled();
         },
         60000);
-    Take(u"upload"_s);
-    Robot::Click(u"frmGetHistoryData"_s, u"cmdOkay"_s);
-    Robot::WaitForForm(u"frmHistory"_s);
-    Take(u"history"_s);
+    Take(u"upload"_s, upload);
+    Robot::Click(upload, u"cmdOkay"_s);
+    Robot::WaitForForm(viewer_);
+    Take(u"history"_s, viewer_);
 
-    Robot::Click(u"frmHistory"_s, u"cmdOptions"_s);
+    Robot::Click(viewer_, u"cmdOptions"_s);
     Robot::WaitForForm(u"frmHistoryOptions"_s);
-    Take(u"history-options"_s);
+    Take(u"history-options"_s, u"frmHistoryOptions"_s);
     Robot::Click(u"frmHistoryOptions"_s, u"cmdCancel"_s);
-    Robot::WaitForForm(u"frmHistory"_s);
+    Robot::WaitForForm(viewer_);
 
-    Robot::Click(u"frmHistory"_s, u"cmdPack"_s);
-    Robot::WaitForForm(u"FMessage"_s);
-    Take(u"pack-question"_s);
-    Robot::Click(u"FMessage"_s, u"cmdButton(0)"_s);
-    Robot::WaitForForm(u"frmHistory"_s);
-    Take(u"packed"_s);
+    Robot::Click(viewer_, u"cmdPack"_s);
+    TakeMessage(u"pack-question"_s, 0);
+    Robot::WaitForForm(viewer_);
+    Take(u"packed"_s, viewer_);
 
     SaveCsv();
-    Robot::Click(u"frmHistory"_s, u"cmdOK"_s);
-    Robot::WaitForNoForm(u"frmHistory"_s);
+    Robot::Click(viewer_, u"cmdOK"_s);
+    Robot::WaitForNoForm(viewer_);
     WaitForReadings();
   }
 
   void SaveCsv() {
     const QString path = QDir(folder_).absoluteFilePath(u"history.csv"_s);
     QFile::remove(path);
-    Robot::Click(u"frmHistory"_s, u"cmdSave"_s);
+    Robot::Click(viewer_, u"cmdSave"_s);
     Robot::WaitForForm(u"dlgFile"_s);
-    Take(u"save"_s);
-    Robot::Type(u"dlgFile"_s, u"fileNameEdit"_s, path);
-    Robot::Press(Qt::Key_Return);
-    Robot::WaitForForm(u"frmHistory"_s);
+    // A folder that is the same wherever the picture is taken.
+    Robot::InGui([] {
+      QDir::temp().mkpath(u"Ponds"_s);
+      qobject_cast<QFileDialog*>(Robot::Form(u"dlgFile"_s))
+          ->setDirectory(QDir::temp().filePath(u"Ponds"_s));
+    });
+    Take(u"save"_s, u"dlgFile"_s);
+    Robot::TakeFile(path);
+    Robot::WaitForForm(viewer_);
     Robot::WaitFor(u"the CSV file"_s, [path] { return QFile::exists(path); });
   }
 
   void LookAtSetup() {
     Robot::Click(main_, u"cmdSetup"_s);
-    Robot::WaitForForm(u"frmSetup"_s);
+    Robot::WaitForForm(setup_);
     static constexpr const char* kPages[] = {"analog", "digital", "general", "oxygen"};
     for (int page = 0; page < 4; ++page) {
-      Robot::InGui([page] {
-        qobject_cast<QTabWidget*>(Robot::Control(u"frmSetup"_s, u"TabStrip"_s))
-            ->setCurrentIndex(page);
-      });
-      Take(u"setup-"_s + QString::fromLatin1(kPages[page]));
+      Robot::TurnTo(setup_, tabs_, page);
+      Take(u"setup-"_s + QString::fromLatin1(kPages[page]), setup_);
     }
-    Robot::Click(u"frmSetup"_s, u"cmdCancel"_s);
-    Robot::WaitForNoForm(u"frmSetup"_s);
+  }
+
+  void MeetRefusals() {
+    Robot::TurnTo(setup_, tabs_, kGeneralPage);
+    Robot::Type(setup_, u"txtSampleInterval"_s, u"0"_s);
+    Robot::Click(setup_, u"cmdOK"_s);
+    TakeMessage(u"setup-refused"_s, 0);
+    Robot::WaitForForm(setup_);
+    Robot::Type(setup_, u"txtSampleInterval"_s, u"15"_s);
+
+    // A unit that the oxygen set-up does not expect.
+    Robot::TurnTo(setup_, tabs_, 0);
+    const QString unit = Robot::Text(setup_, u"cmbEU(1)"_s);
+    Robot::Type(setup_, u"cmbEU(1)"_s, u"mV"_s);
+    Robot::Click(setup_, u"cmdOK"_s);
+    TakeMessage(u"program-question"_s, 0);
+    constexpr int kCancel = 1;
+    TakeMessage(u"oxygen-warning"_s, kCancel);
+    Robot::WaitForForm(setup_);
+    Robot::Type(setup_, u"cmbEU(1)"_s, unit);
+  }
+
+  void Calibrate() {
+    const QString wizard = u"frmCalibrate"_s;
+    Robot::TurnTo(setup_, tabs_, 0);
+    Robot::WaitFor(u"the link to be free"_s, [this] { return !link_->Busy; });
+    Robot::Click(setup_, u"cmdCalibrate(0)"_s);
+    for (int page = 1; page <= 4; ++page) {
+      Robot::WaitForForm(wizard);
+      const bool shows = page % 2 == 0;
+      // A page of readings gets one within a second.
+      Robot::WaitFor(u"page %1 of the wizard"_s.arg(page), [wizard, shows, page] {
+        const auto* back = qobject_cast<QWidget*>(Robot::Control(wizard, u"cmdBack"_s));
+        const auto* field = qobject_cast<QLineEdit*>(Robot::Control(wizard, u"txtCalibrate"_s));
+        if (back == nullptr || back->isEnabled() != (page > 1)) return false;
+        return !shows ||
+               (field->text() != "65535"_L1 && field->text() != "0"_L1 && field->text().size() > 3);
+      });
+      Take(u"calibrate-%1"_s.arg(page), wizard);
+      Robot::Click(wizard, page < 4 ? u"cmdNext"_s : u"cmdCancel"_s);
+    }
+    Robot::WaitForNoForm(wizard);
+  }
+
+  void LeaveSetup() {
+    Robot::WaitForForm(setup_);
+    Robot::Click(setup_, u"cmdCancel"_s);
+    Robot::WaitForNoForm(setup_);
     WaitForReadings();
   }
 
-  // Lets what is on the way be painted first.
-  void Take(const QString& name) {
-    Robot::Pause(250);
-    Robot::Picture(QDir(folder_).filePath(name + u".png"_s));
+  // Takes the picture of a message and presses one of its buttons, 0 first.
+  void TakeMessage(const QString& name, int button) {
+    const QString message = u"FMessage"_s;
+    Robot::WaitForForm(message);
+    Take(name, message);
+    const QString text = Robot::Text(message, u"lblMessage"_s);
+    Robot::Click(message, u"cmdButton(%1)"_s.arg(button));
+    Robot::WaitFor(u"the message to go"_s, [message, text] {
+      const auto* label = qobject_cast<QLabel*>(Robot::Control(message, u"lblMessage"_s));
+      return label == nullptr || label->text() != text;
+    });
   }
 
+  // Lets what is on the way be painted first.
+  void Take(const QString& name, const QString& form) {
+    Robot::Pause(200);
+    Picture(name, form);
+  }
+
+  // The form by itself, and the whole screen.
+  void Picture(const QString& name, const QString& form) {
+    const QString file = name + u".png"_s;
+    Robot::PictureOf(form, QDir(folder_).filePath(file));
+    Robot::Picture(QDir(folder_).filePath(u"screen/"_s + file));
+  }
+
+  static constexpr int kGeneralPage = 2;
+  const QString viewer_ = u"frmHistory"_s;
+  const QString setup_ = u"frmSetup"_s;
+  const QString tabs_ = u"TabStrip"_s;
   const QString main_ = u"frmMain"_s;
   TourLanguage language_;
   QString folder_;
@@ -196,8 +302,8 @@ int main(int argc, char** argv) {
   parser.process(application);
 
   const TourLanguage languages[] = {
-      {u"en"_s, u"-l9"_s, QLocale(u"en_US"_s)},
-      {u"de"_s, u"-l7"_s, QLocale(u"de_DE"_s)},
+      {u"en"_s, u"-l9"_s, QLocale(u"en_US"_s), false},
+      {u"de"_s, u"-l7"_s, QLocale(u"de_DE"_s), true},
   };
   const QString folder = parser.value(out);
   for (const TourLanguage& language : languages) {
