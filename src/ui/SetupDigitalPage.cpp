@@ -18,21 +18,25 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Where the frames stand on the page, in logical pixels.
-constexpr int kSideMargin = 50;
+constexpr int kLeftMargin = 50;
 constexpr int kTopMargin = 33;
+constexpr int kLeastGap = 12;
+/// How much of a wide page a frame takes for each part that a gap takes.
+constexpr int kFrameShare = 8;
 
 }  // namespace
 
 SetupDigitalPage::SetupDigitalPage(int channelCount, QWidget* parent)
     : QWidget(parent), channelCount_(std::clamp(channelCount, 0, kPulseChannels)) {
   auto* columns = new QHBoxLayout(this);
-  columns->setContentsMargins(kSideMargin, kTopMargin, kSideMargin, kTopMargin);
-  columns->setSpacing(kSideMargin);
+  columns->setContentsMargins(kLeftMargin, kTopMargin, columns->contentsMargins().right(), 0);
+  columns->setSpacing(kLeastGap);
   for (int channel = 0; channel < kPulseChannels; ++channel) {
     Group& group = groups_[static_cast<std::size_t>(channel)];
     group = NewGroup(channel);
     SetGroupEnabled(group, channel < channelCount_);
-    columns->addWidget(group.fraPulse, 1, Qt::AlignTop);
+    columns->addWidget(group.fraPulse, kFrameShare, Qt::AlignTop);
+    columns->addStretch(1);
   }
 }
 
