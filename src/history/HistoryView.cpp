@@ -17,6 +17,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr double kSmallestScale = 0.7;
+constexpr double kSizeStep = 0.25;  // Points.
 
 /// Makes the letters smaller, within reason, where the column is too narrow for its text: the time
 /// of day stands at the end of a stamp and must not be lost to an ellipsis.
@@ -32,9 +33,15 @@ class FittedText final : public QStyledItemDelegate {
     const double room = option->rect.width() - 2 * margin;
     const double wanted = QFontMetricsF(option->font).horizontalAdvance(option->text) + 1;
     if (room <= 0 || wanted <= room) return;
-    const double scale = std::max(room / wanted, kSmallestScale);
-    option->font.setPointSizeF(QFontInfo(option->font).pointSizeF() * scale);
-    option->fontMetrics = QFontMetrics(option->font);
+    const double usual = QFontInfo(option->font).pointSizeF();
+    // Hinted letters shrink in steps, so that the size that should do may still be too wide.
+    double size = std::max(room / wanted, kSmallestScale) * usual;
+    do {
+      option->font.setPointSizeF(size);
+      option->fontMetrics = QFontMetrics(option->font);
+      size -= kSizeStep;
+    } while (option->fontMetrics.horizontalAdvance(option->text) + 1 > room &&
+             size >= kSmallestScale * usual);
   }
 };
 
