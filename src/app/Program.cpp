@@ -16,6 +16,7 @@
 #include "history/frmImportSetup.h"
 #include "link/enumerate.h"
 #include "link/frmConnect.h"
+#include "ui/ActiveWindow.h"
 #include "ui/Localize.h"
 #include "ui/Pictures.h"
 #include "ui/TextTable.h"
@@ -274,7 +275,8 @@ std::optional<ImportChoice> Program::AskImportChoice() {
 }
 
 void Program::ShowAbout() {
-  frmAbout about(window_.windowTitle(), &window_);
+  // The setup screen has an entry for it, too.
+  frmAbout about(window_.windowTitle(), ActiveWindow());
   about.exec();
 }
 

@@ -123,6 +123,31 @@ TEST_F(ProgramStart, ShowsTheImageImportForTheSmallLetterAlone) {
   EXPECT_TRUE(IsEntryShown(u"imnuLoadLoggerImageFile"_s));
 }
 
+/// Notes which window the about box belongs to, and closes it.
+class AboutBoxWatch final : public QObject {
+ public:
+  AboutBoxWatch() { QCoreApplication::instance()->installEventFilter(this); }
+  bool eventFilter(QObject* watched, QEvent* event) override {
+    if (event->type() == QEvent::Show && watched->objectName() == u"frmAbout"_s) {
+      auto* about = qobject_cast<QDialog*>(watched);
+      Owner = about->parentWidget();
+      QTimer::singleShot(0, about, &QDialog::reject);
+    }
+    return false;
+  }
+  const QWidget* Owner = nullptr;
+};
+
+TEST_F(ProgramStart, ShowsTheAboutBoxOnTheWindowInFront) {
+  Start();
+  QDialog setup(&program_->Window());
+  setup.setModal(true);
+  setup.show();
+  const AboutBoxWatch watch;
+  qobject_cast<QAction*>(program_->Window().Control(u"mnuAbout"_s))->trigger();
+  EXPECT_EQ(watch.Owner, &setup);
+}
+
 TEST_F(ProgramStart, TakesTheSwitchedLanguageBeforeTheStoredOneAndThatBeforeTheSystems) {
   Start({u"-L7"_s});
   EXPECT_EQ(Text(u"lblCommStatus"_s), u"Disconnected"_s);
