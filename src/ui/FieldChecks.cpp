@@ -36,8 +36,8 @@ void FieldChecks::Guard(QComboBox* list) {
     if (!verdict.Accepted) return false;
     if (verdict.ListIndex) {
       SetListPosition(*list, *verdict.ListIndex);
-    } else if (list->currentText() != verdict.Text) {
-      list->setCurrentText(verdict.Text);
+    } else {
+      SetListText(*list, verdict.Text);
     }
     return true;
   });

@@ -229,7 +229,7 @@ void SetupAnalogPage::Write(const SetupControls& controls) {
     const Column& column = columns_[static_cast<std::size_t>(channel)];
     const AnalogColumnControls& values = controls.Analog[static_cast<std::size_t>(channel)];
     column.chkEnable->setChecked(values.chkEnable);
-    column.cmbEU->setCurrentText(values.cmbEU);
+    SetListText(*column.cmbEU, values.cmbEU);
     for (const NumberRow& row : kNumberRows) (column.*row.Field)->setText(values.*row.Text);
     SetListPosition(*column.cmbPrecision, values.cmbPrecision);
   }

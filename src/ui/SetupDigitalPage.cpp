@@ -111,7 +111,7 @@ void SetupDigitalPage::Write(const SetupControls& controls) {
     const Group& group = groups_[static_cast<std::size_t>(channel)];
     const PulseControls& values = controls.Pulse[static_cast<std::size_t>(channel)];
     group.chkPulseEnable->setChecked(values.chkPulseEnable);
-    group.cmbPulseEU->setCurrentText(values.cmbPulseEU);
+    SetListText(*group.cmbPulseEU, values.cmbPulseEU);
     group.txtPulseUnit->setText(values.txtPulseUnit);
     SetListPosition(*group.cmbPulsePrecision, values.cmbPulsePrecision);
   }

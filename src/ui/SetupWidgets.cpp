@@ -24,6 +24,10 @@ class SetupList final : public QComboBox {
   }
 };
 
+int PositionOf(const QComboBox& list, const QString& item) {
+  return list.findText(item, Qt::MatchExactly | Qt::MatchCaseSensitive);
+}
+
 template <typename Control>
 Control* Named(Control* control, const QString& name, const QString& spokenName,
                const QString& tip) {
@@ -88,8 +92,7 @@ QComboBox* NewEditableList(const QString& name, const QString& spokenName, const
 }
 
 int ListPosition(const QComboBox& list) {
-  if (!list.isEditable()) return list.currentIndex();
-  return list.findText(list.currentText(), Qt::MatchExactly | Qt::MatchCaseSensitive);
+  return list.isEditable() ? PositionOf(list, list.currentText()) : list.currentIndex();
 }
 
 void SetListPosition(QComboBox& list, int position) {
@@ -97,6 +100,11 @@ void SetListPosition(QComboBox& list, int position) {
   if (list.isEditable() && list.currentIndex() < 0) list.clearEditText();
   // Typed text may have left the index where it was.
   if (list.isEditable() && list.currentIndex() >= 0) list.setEditText(list.itemText(position));
+}
+
+void SetListText(QComboBox& list, const QString& text) {
+  list.setCurrentIndex(PositionOf(list, text));
+  if (list.currentText() != text) list.setEditText(text);
 }
 
 }  // namespace tessmar

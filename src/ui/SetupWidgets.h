@@ -36,5 +36,7 @@ QComboBox* NewEditableList(const QString& name, const QString& spokenName, const
 int ListPosition(const QComboBox& list);
 /// Shows an item; -1 shows none.
 void SetListPosition(QComboBox& list, int position);
+/// Shows a text in a list that takes any; the arrow keys go on from it when it is one of the items.
+void SetListText(QComboBox& list, const QString& text);
 
 }  // namespace tessmar

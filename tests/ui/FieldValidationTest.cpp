@@ -247,6 +247,26 @@ TEST_F(LeavingAField, UnitsAreTrimmedAndCutToNineCharacters) {
   EXPECT_EQ(units.currentText(), u"Gallons p"_s);
 }
 
+TEST_F(LeavingAField, TheArrowKeysGoOnFromTheUnitsShown) {
+  rig_.ShowPage(0);
+  QComboBox& units = rig_.List("cmbEU(1)");
+  ASSERT_EQ(units.currentText(), u"Temp C"_s);
+  units.setFocus();
+  QTest::keyClick(&units, Qt::Key_Down);
+  EXPECT_EQ(units.currentText(), u"degrees"_s);
+  rig_.Type(units, u"Feet"_s);
+  QTest::keyClick(&units, Qt::Key_Tab);
+  units.setFocus();
+  QTest::keyClick(&units, Qt::Key_Up);
+  EXPECT_EQ(units.currentText(), u"Inches"_s);
+
+  QComboBox& pulse = rig_.List("cmbPulseEU(0)");
+  rig_.ShowPage(1);
+  ASSERT_EQ(pulse.currentText(), u"Inches"_s);
+  QTest::keyClick(&pulse, Qt::Key_Down);
+  EXPECT_EQ(pulse.currentText(), u"cm"_s);
+}
+
 TEST_F(LeavingAField, TypedUnitsKeepTheirCase) {
   rig_.ShowPage(0);
   QComboBox& units = rig_.List("cmbEU(0)");
