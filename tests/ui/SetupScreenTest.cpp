@@ -232,6 +232,26 @@ TEST_F(SetupScreenTest, ChannelsThatTheLoggerLacksAreEmptyFramesWithTheirNumbers
   EXPECT_EQ(rig.List("cmbPO2SourceChannel").count(), 3);
 }
 
+TEST_F(SetupScreenTest, ALoggerOfOneChannelKeepsTheRestOfItsRecord) {
+  SetupScreenRig rig({.AnalogChannels = 1, .PulseChannels = 0});
+  rig.Settings.Analog[1].EngUnits = u"kept"_s;
+  rig.Settings.Pulse[0].PulseUnit = 0.25;
+  rig.Open();
+  EXPECT_FALSE(rig.Get("fraPulse(0)").isEnabled());
+  EXPECT_FALSE(rig.Get("fraPulse(1)").isEnabled());
+  for (const char* name : {"cmbPO2SourceChannel", "cmbO2ConcentrationDisplayChannel"}) {
+    EXPECT_EQ(rig.List(name).count(), 1) << name;
+    EXPECT_EQ(rig.List(name).currentText(), u"1"_s) << name;
+  }
+  rig.Field("txtHighEU(0)").setText(u"250"_s);
+  rig.Messages.Default = kNo;
+  rig.Click(rig.Button("cmdCancel"));
+  EXPECT_FALSE(rig.Form->isVisible());
+  EXPECT_EQ(rig.Settings.Analog[0].UpperLimit, 250);
+  EXPECT_EQ(rig.Settings.Analog[1].EngUnits, u"kept"_s);
+  EXPECT_EQ(rig.Settings.Pulse[0].PulseUnit, 0.25);
+}
+
 TEST_F(SetupScreenTest, AlarmFieldsFollowTheirCheckBoxWithTheTimer) {
   rig_.Open();
   EXPECT_EQ(rig_.Get<QTimer>("Timer1").interval(), 250);
