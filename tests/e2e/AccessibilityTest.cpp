@@ -166,8 +166,7 @@ void WalkThroughSetup(Desk& desk) {
   ExpectAccessible(u"frmCalibrate"_s);
   Robot::Click(u"frmCalibrate"_s, u"cmdCancel"_s);
   Robot::WaitForNoForm(u"frmCalibrate"_s);
-  Robot::Click(u"frmSetup"_s, u"cmdCancel"_s);
-  Robot::WaitForNoForm(u"frmSetup"_s);
+  Robot::ClickUntilGone(u"frmSetup"_s, u"cmdCancel"_s);
 }
 
 class EveryScreen : public testing::TestWithParam<bool> {};

@@ -118,8 +118,7 @@ TEST(AdapterPulledOut, InTheCalibrationWizardKeepsTheLastReading) {
     EXPECT_GT(Robot::Text(u"frmCalibrate"_s, u"txtCalibrate"_s).toInt(), 0);
     Robot::Click(u"frmCalibrate"_s, u"cmdCancel"_s);
     Robot::WaitForNoForm(u"frmCalibrate"_s);
-    Robot::Click(u"frmSetup"_s, u"cmdCancel"_s);
-    Robot::WaitForNoForm(u"frmSetup"_s);
+    Robot::ClickUntilGone(u"frmSetup"_s, u"cmdCancel"_s);
   });
   EXPECT_EQ(trouble, QString());
 }

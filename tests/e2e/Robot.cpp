@@ -146,6 +146,16 @@ void Robot::Click(const QString& form, const QString& control) {
       Qt::QueuedConnection);
 }
 
+void Robot::ClickUntilGone(const QString& form, const QString& control) {
+  constexpr int kTries = 20;
+  for (int i = 0; i < kTries && IsShown(form); ++i) {
+    Click(form, control);
+    if (Holds([&] { return Form(form) == nullptr; }, 700)) return;
+  }
+  if (!IsShown(form)) return;
+  throw std::runtime_error(u"%1 does not close"_s.arg(form).toStdString());
+}
+
 void Robot::Trigger(const QString& form, const QString& entry) {
   WaitFor(u"%1 of %2 to be enabled"_s.arg(entry, form), [&] {
     const auto* action = qobject_cast<QAction*>(Control(form, entry));

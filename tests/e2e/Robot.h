@@ -51,6 +51,9 @@ class Robot {
 
   /// Clicks the middle of a control, as soon as it is shown and enabled.
   static void Click(const QString& form, const QString& control);
+  /// Clicks a button that closes its form, again and again until the form has gone: while the link
+  /// is held a form may stay, without a word.
+  static void ClickUntilGone(const QString& form, const QString& control);
   /// Triggers a menu entry, as soon as it is enabled.
   static void Trigger(const QString& form, const QString& entry);
   /// Sends keys to the widget with the focus, or to a control after giving it the focus.

@@ -98,8 +98,7 @@ void Program(WarningButton answer) {
 }
 
 void LeaveUnasked() {
-  Robot::Click(kSetup, u"cmdCancel"_s);
-  Robot::WaitForNoForm(kSetup);
+  Robot::ClickUntilGone(kSetup, u"cmdCancel"_s);
   EXPECT_FALSE(Robot::IsShown(u"FMessage"_s));
 }
 

@@ -243,8 +243,7 @@ class Tour {
 
   void LeaveSetup() {
     Robot::WaitForForm(setup_);
-    Robot::Click(setup_, u"cmdCancel"_s);
-    Robot::WaitForNoForm(setup_);
+    Robot::ClickUntilGone(setup_, u"cmdCancel"_s);
     WaitForReadings();
   }
 
