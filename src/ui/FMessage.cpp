@@ -25,10 +25,11 @@ using namespace message_design;
 /// The window manager's frame stands outside the window and takes nothing of its width.
 constexpr int kFrameWidth = 0;
 
-/// Width of a text as one line, its line breaks left out.
+/// Width of a text as one line, its line breaks left out, in whole pixels and one to spare: a label
+/// adds up its glyphs in its own way, and a part of a pixel too little would wrap the last word.
 double OneLineWidth(QString text, const QFont& font) {
   text.remove(u'\r').remove(u'\n');
-  return QFontMetricsF(font).horizontalAdvance(text);
+  return std::ceil(QFontMetricsF(font).horizontalAdvance(text)) + 1;
 }
 
 /// Width of the longest piece of a text that cannot be wrapped.

@@ -97,6 +97,21 @@ TEST_F(Message, OfAVeryLongLineIsAsWideAsAllowedWrapsAndGrows) {
   EXPECT_NEAR(below, 9, 1);  // 135 twips.
 }
 
+TEST_F(Message, OfOneLineThatFitsIsNotWrapped) {
+  // Between the least and the greatest width the form is as wide as its text.
+  for (int length = 30; length < 60; ++length) {
+    const QString line = u"i am a line of a length "_s.repeated(3).left(length).trimmed();
+    int needed = 0;
+    int oneLine = 0;
+    WhenShown([&](FMessage& form) {
+      needed = Text(form)->heightForWidth(Text(form)->width());
+      oneLine = Text(form)->heightForWidth(10000);
+    });
+    MsgBox(line, 16);
+    EXPECT_EQ(needed, oneLine) << line.toStdString();
+  }
+}
+
 TEST_F(Message, OfManyLinesKeepsItsDistanceAboveTheButtons) {
   int below = 0;
   int height = 0;
