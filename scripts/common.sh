@@ -49,6 +49,13 @@ start_display() {
   export QT_QPA_PLATFORM=xcb
   openbox --sm-disable > /dev/null 2>&1 &
   display_pids+=($!)
+  # A window that is there before its manager may be taken down and up again by it.
+  tries=0
+  until wmctrl -m > /dev/null 2>&1; do
+    tries=$((tries + 1))
+    [ "$tries" -lt 200 ] || { echo "no window manager came up" >&2; return 1; }
+    sleep 0.05
+  done
 }
 
 stop_display() {
