@@ -4,8 +4,6 @@
 #include <type_traits>
 #include <utility>
 
-#include "link/LinkState.h"
-
 namespace tessmar {
 
 /// A run-time fault inside an operation. what() is for a developer, in English.
@@ -38,14 +36,19 @@ class FileFault : public Fault {
   using Fault::Fault;
 };
 
-/// Runs an operation; while LinkState::TrapErrors is true a Fault inside it becomes the operation's
-/// failure value, otherwise it passes through to the caller.
+/// Whether operations trap their faults. There is one in the process, as a part of LinkState.
+struct FaultPolicy {
+  bool TrapErrors = false;  ///< Faults become an operation's failure value; false with -d.
+};
+
+/// Runs an operation; while FaultPolicy::TrapErrors is true a Fault inside it becomes the
+/// operation's failure value, otherwise it passes through to the caller.
 ///
 /// @param failure  the value to give for a fault: false, empty or zero unless stated.
 template <typename Operation, typename Result = std::invoke_result_t<Operation>>
 requires(!std::is_void_v<Result>) Result
-    Trapped(const LinkState& link, Operation&& operation, Result failure = Result{}) {
-  if (!link.TrapErrors) return std::forward<Operation>(operation)();
+    Trapped(const FaultPolicy& policy, Operation&& operation, Result failure = Result{}) {
+  if (!policy.TrapErrors) return std::forward<Operation>(operation)();
   try {
     return std::forward<Operation>(operation)();
   } catch (const Fault&) {
@@ -56,8 +59,8 @@ requires(!std::is_void_v<Result>) Result
 /// The same for an operation without a result: a trapped fault just ends it.
 template <typename Operation>
 requires std::is_void_v<std::invoke_result_t<Operation>>
-void Trapped(const LinkState& link, Operation&& operation) {
-  if (!link.TrapErrors) {
+void Trapped(const FaultPolicy& policy, Operation&& operation) {
+  if (!policy.TrapErrors) {
     std::forward<Operation>(operation)();
     return;
   }

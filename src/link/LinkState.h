@@ -3,13 +3,15 @@
 #include <QString>
 #include <cstdint>
 
+#include "link/Fault.h"
+
 namespace tessmar {
 
 /// The one record of the connection and of what the main window shows about it.
 ///
 /// There is one in the process, made in Program and handed by reference. It starts zeroed;
 /// start-up, the connect action and the version reply fill it. Tick counts are in ticks of 100 ms.
-struct LinkState {
+struct LinkState : FaultPolicy {
   bool Connected = false;              ///< A session exists.
   bool DisplayedConnected = false;     ///< Connected as the controls last showed it.
   bool Busy = false;                   ///< A logger operation holds the link.
@@ -21,8 +23,6 @@ struct LinkState {
   std::int16_t WaitTicks = 0;          ///< Time left for every other wait; lowered by Timer1.
   std::int16_t LinkTimeoutTicks = 0;   ///< The basic wait for a reply; 10 on a direct line.
   std::int16_t ModemTimeoutTicks = 0;  ///< LinkTimeoutTicks of a modem line; 4 unless -w says more.
-
-  bool TrapErrors = false;  ///< Faults become an operation's failure value; false with -d.
 
   std::int16_t AnalogChannelCount = 0;  ///< 1 to 8 from a logger, 0 to 8 from an image import.
   std::int16_t PulseChannelCount = 0;   ///< 0 to 2.

@@ -99,18 +99,6 @@ std::uint8_t HoursForText(std::uint8_t hours) {
 
 }  // namespace
 
-std::uint8_t ToBcd(int value) {
-  return static_cast<std::uint8_t>(value / 10 * 16 + value % 10);
-}
-
-int FromBcd(std::uint8_t byte) {
-  return (byte >> 4) * 10 + (byte & 0x0F);
-}
-
-QString BcdToText(std::uint8_t byte) {
-  return QString(QChar(u'0' + (byte >> 4))) + QChar(u'0' + (byte & 0x0F));
-}
-
 LoggerCommands::LoggerCommands(Comm& comm, LinkState& link, const Clock& clock,
                                const SystemLocale& locale)
     : comm_(comm), link_(link), clock_(clock), locale_(locale) {}

@@ -48,14 +48,6 @@ enum class SampleAnswer {
   Sample,    ///< The reply holds a sample.
 };
 
-/// Packed decimal: (value div 10) * 16 + (value mod 10), for 0 to 99. Does not test the value.
-std::uint8_t ToBcd(int value);
-/// High half-byte times ten plus low half-byte. Does not test the digits.
-int FromBcd(std::uint8_t byte);
-/// Two characters, each half-byte added to the code of "0"; a half-byte above 9 gives the ASCII
-/// character that follows, so that 0x1A reads "1:".
-QString BcdToText(std::uint8_t byte);
-
 /// The logger's commands, one operation each.
 ///
 /// The caller holds LinkState::Busy. No operation shows a message; false (or the stated value)

@@ -8,8 +8,8 @@
 #include "link/Fault.h"
 #include "link/cmd.h"
 #include "measure/Scaling.h"
+#include "settings/IntervalText.h"
 #include "settings/Numbers.h"
-#include "ui/Localize.h"
 #include "ui/TextTable.h"
 
 namespace tessmar {

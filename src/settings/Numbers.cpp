@@ -228,4 +228,16 @@ std::int32_t RoundToInt32(double value) {
   return Round<std::int32_t>(value);
 }
 
+std::uint8_t ToBcd(int value) {
+  return static_cast<std::uint8_t>(value / 10 * 16 + value % 10);
+}
+
+int FromBcd(std::uint8_t byte) {
+  return (byte >> 4) * 10 + (byte & 0x0F);
+}
+
+QString BcdToText(std::uint8_t byte) {
+  return QString(QChar(u'0' + (byte >> 4))) + QChar(u'0' + (byte & 0x0F));
+}
+
 }  // namespace tessmar

@@ -36,4 +36,12 @@ double ParseInvariantNumber(QString& text);
 std::int16_t RoundToInt16(double value);
 std::int32_t RoundToInt32(double value);
 
+/// Packed decimal: (value div 10) * 16 + (value mod 10), for 0 to 99. Does not test the value.
+std::uint8_t ToBcd(int value);
+/// High half-byte times ten plus low half-byte. Does not test the digits.
+int FromBcd(std::uint8_t byte);
+/// Two characters, each half-byte added to the code of "0"; a half-byte above 9 gives the ASCII
+/// character that follows, so that 0x1A reads "1:".
+QString BcdToText(std::uint8_t byte);
+
 }  // namespace tessmar

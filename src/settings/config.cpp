@@ -4,7 +4,6 @@
 #include <array>
 
 #include "link/Fault.h"
-#include "link/cmd.h"
 #include "settings/ImageFields.h"
 #include "settings/Numbers.h"
 

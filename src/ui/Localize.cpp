@@ -1,52 +1,9 @@
 #include "ui/Localize.h"
 
-#include <array>
-
-#include "link/Fault.h"
-#include "settings/Numbers.h"
-#include "ui/TextTable.h"
-
 namespace tessmar {
-namespace {
-
-using namespace Qt::StringLiterals;
-
-struct IntervalUnit {
-  QLatin1StringView Mark;  ///< What the interval's text contains, in lower case.
-  TextId One;
-  TextId Many;
-};
-
-constexpr std::array<IntervalUnit, 4> kIntervalUnits{{
-    {"sec"_L1, TextId::Second, TextId::Seconds},
-    {"min"_L1, TextId::Minute, TextId::Minutes},
-    {"hour"_L1, TextId::Hour, TextId::Hours},
-    {"day"_L1, TextId::Day, TextId::Days},
-}};
-
-/// The interval's count; 0 for one that no 32-bit integer holds.
-std::int32_t LeadingCount(const QString& interval) {
-  try {
-    return RoundToInt32(ParseLeadingNumber(interval));
-  } catch (const ConversionFault&) {
-    return 0;
-  }
-}
-
-}  // namespace
 
 UserLocale DetectUserLocale(const SystemLocale& locale) {
   return {.Language = locale.PrimaryLanguage(), .Use24HourClock = locale.Uses24HourClock()};
-}
-
-QString IntervalDisplayText(const LoggerSettings& settings) {
-  const QString& interval = settings.SampleInterval;
-  for (const IntervalUnit& unit : kIntervalUnits) {
-    if (!interval.contains(unit.Mark)) continue;
-    const std::int32_t count = LeadingCount(interval);
-    return QString::number(count) + u' ' + GetText(count == 1 ? unit.One : unit.Many);
-  }
-  return interval;
 }
 
 }  // namespace tessmar

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <QString>
 #include <cstdint>
 
-#include "settings/LoggerSettings.h"
 #include "ui/SystemLocale.h"
 
 namespace tessmar {
@@ -14,10 +12,5 @@ struct UserLocale {
   bool Use24HourClock = false;
 };
 UserLocale DetectUserLocale(const SystemLocale& locale);
-
-/// The sampling interval as the main screen shows it, in the current language: the leading number
-/// of SampleInterval and the word of the first unit that its text contains, or the text as it
-/// stands.
-QString IntervalDisplayText(const LoggerSettings& settings);
 
 }  // namespace tessmar

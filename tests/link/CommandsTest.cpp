@@ -11,33 +11,6 @@ using testing::ElementsAreArray;
 const Bytes kAck{0xFA};
 const Bytes kAckDone{0xFA, 0xFC};
 
-TEST(ToBcd, PutsTheTensInTheHighHalfByte) {
-  EXPECT_EQ(ToBcd(0), 0x00);
-  EXPECT_EQ(ToBcd(9), 0x09);
-  EXPECT_EQ(ToBcd(10), 0x10);
-  EXPECT_EQ(ToBcd(59), 0x59);
-  EXPECT_EQ(ToBcd(99), 0x99);
-}
-
-TEST(FromBcd, TakesTheHighHalfByteTimesTen) {
-  EXPECT_EQ(FromBcd(0x00), 0);
-  EXPECT_EQ(FromBcd(0x27), 27);
-  EXPECT_EQ(FromBcd(0x99), 99);
-  EXPECT_EQ(FromBcd(0x1A), 20);
-  EXPECT_EQ(FromBcd(0xFF), 165);
-}
-
-TEST(BcdToText, GivesTwoCharacters) {
-  EXPECT_EQ(BcdToText(0x07), QStringLiteral("07"));
-  EXPECT_EQ(BcdToText(0x59), QStringLiteral("59"));
-}
-
-TEST(BcdToText, GoesOnInAsciiForAHalfByteAboveNine) {
-  EXPECT_EQ(BcdToText(0x1A), QStringLiteral("1:"));
-  EXPECT_EQ(BcdToText(0x1B), QStringLiteral("1;"));
-  EXPECT_EQ(BcdToText(0xF0), QStringLiteral("?0"));
-}
-
 TEST(ClockText, HasTwoDigitsInEveryField) {
   CommandsBench bench;
   bench.Now.Present = QDateTime(QDate(2010, 12, 27), QTime(15, 5, 12));

@@ -223,5 +223,32 @@ TEST(RoundToInt, FaultsOnWhatDoesNotFit) {
   EXPECT_THROW(RoundToInt32(std::numeric_limits<double>::quiet_NaN()), ConversionFault);
 }
 
+TEST(ToBcd, PutsTheTensInTheHighHalfByte) {
+  EXPECT_EQ(ToBcd(0), 0x00);
+  EXPECT_EQ(ToBcd(9), 0x09);
+  EXPECT_EQ(ToBcd(10), 0x10);
+  EXPECT_EQ(ToBcd(59), 0x59);
+  EXPECT_EQ(ToBcd(99), 0x99);
+}
+
+TEST(FromBcd, TakesTheHighHalfByteTimesTen) {
+  EXPECT_EQ(FromBcd(0x00), 0);
+  EXPECT_EQ(FromBcd(0x27), 27);
+  EXPECT_EQ(FromBcd(0x99), 99);
+  EXPECT_EQ(FromBcd(0x1A), 20);
+  EXPECT_EQ(FromBcd(0xFF), 165);
+}
+
+TEST(BcdToText, GivesTwoCharacters) {
+  EXPECT_EQ(BcdToText(0x07), QStringLiteral("07"));
+  EXPECT_EQ(BcdToText(0x59), QStringLiteral("59"));
+}
+
+TEST(BcdToText, GoesOnInAsciiForAHalfByteAboveNine) {
+  EXPECT_EQ(BcdToText(0x1A), QStringLiteral("1:"));
+  EXPECT_EQ(BcdToText(0x1B), QStringLiteral("1;"));
+  EXPECT_EQ(BcdToText(0xF0), QStringLiteral("?0"));
+}
+
 }  // namespace
 }  // namespace tessmar

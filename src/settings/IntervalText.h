@@ -1,0 +1,14 @@
+#pragma once
+
+#include <QString>
+
+#include "settings/LoggerSettings.h"
+
+namespace tessmar {
+
+/// The sampling interval as the main screen shows it, in the current language: the leading number
+/// of SampleInterval and the word of the first unit that its text contains, or the text as it
+/// stands.
+QString IntervalDisplayText(const LoggerSettings& settings);
+
+}  // namespace tessmar
