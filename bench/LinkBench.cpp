@@ -6,8 +6,8 @@
 #include <array>
 #include <numeric>
 
+#include "base/Fault.h"
 #include "link/Comm.h"
-#include "link/Fault.h"
 #include "link/cmd.h"
 #include "measure/Sample.h"
 

@@ -10,12 +10,12 @@
 #include <cstdio>
 #include <stdexcept>
 
+#include "base/QtMessageLoop.h"
 #include "bench/CountingPort.h"
 #include "bench/Figures.h"
 #include "bench/PlainReader.h"
 #include "e2e/Desk.h"
 #include "history/PullHistory.h"
-#include "link/QtMessageLoop.h"
 #include "link/QtSerialPort.h"
 
 namespace tessmar::bench {

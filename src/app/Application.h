@@ -3,7 +3,7 @@
 #include <QApplication>
 #include <functional>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 
 namespace tessmar {
 

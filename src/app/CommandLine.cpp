@@ -1,7 +1,7 @@
 #include "app/CommandLine.h"
 
-#include "link/Fault.h"
-#include "settings/Numbers.h"
+#include "base/Fault.h"
+#include "base/Numbers.h"
 
 namespace tessmar {
 namespace {

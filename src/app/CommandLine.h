@@ -6,8 +6,8 @@
 #include <cstdint>
 #include <optional>
 
+#include "base/MainScreen.h"
 #include "link/LinkState.h"
-#include "ui/MainScreen.h"
 
 namespace tessmar {
 

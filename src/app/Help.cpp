@@ -5,7 +5,7 @@
 #include <QStandardPaths>
 #include <utility>
 
-#include "ui/TextTable.h"
+#include "base/TextTable.h"
 
 namespace tessmar {
 

@@ -3,7 +3,7 @@
 #include <QFileInfo>
 #include <QStringList>
 
-#include "ui/TextTable.h"
+#include "base/TextTable.h"
 
 namespace tessmar {
 namespace {

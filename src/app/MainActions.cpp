@@ -3,7 +3,7 @@
 #include <QScopeGuard>
 #include <utility>
 
-#include "ui/TextTable.h"
+#include "base/TextTable.h"
 
 namespace tessmar {
 namespace {

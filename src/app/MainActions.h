@@ -5,9 +5,9 @@
 #include "app/LiveLogger.h"
 #include "app/PollLoop.h"
 #include "app/Session.h"
-#include "link/MessageLoop.h"
-#include "ui/MainScreen.h"
-#include "ui/Messages.h"
+#include "base/MainScreen.h"
+#include "base/MessageLoop.h"
+#include "base/Messages.h"
 
 namespace tessmar {
 

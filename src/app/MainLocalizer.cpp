@@ -3,7 +3,7 @@
 #include <array>
 #include <span>
 
-#include "ui/TextTable.h"
+#include "base/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "app/ConnectionWords.h"
-#include "ui/MainScreen.h"
+#include "base/MainScreen.h"
 
 namespace tessmar {
 

@@ -4,8 +4,8 @@
 #include <QStandardPaths>
 #include <string>
 
-#include "link/Fault.h"
-#include "settings/Numbers.h"
+#include "base/Fault.h"
+#include "base/Numbers.h"
 
 namespace tessmar {
 namespace {

@@ -4,7 +4,7 @@
 #include <QScopedValueRollback>
 #include <array>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 #include "measure/Sample.h"
 
 namespace tessmar {

@@ -4,8 +4,8 @@
 
 #include "app/ConnectionWords.h"
 #include "app/LiveLogger.h"
-#include "link/MessageLoop.h"
-#include "ui/MainScreen.h"
+#include "base/MainScreen.h"
+#include "base/MessageLoop.h"
 
 namespace tessmar {
 

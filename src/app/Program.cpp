@@ -10,6 +10,8 @@
 #include "app/MainLocalizer.h"
 #include "app/frmAbout.h"
 #include "app/frmSplash.h"
+#include "base/Localize.h"
+#include "base/TextTable.h"
 #include "history/GetHistoryData.h"
 #include "history/frmGetHistoryData.h"
 #include "history/frmHistory.h"
@@ -17,9 +19,7 @@
 #include "link/enumerate.h"
 #include "link/frmConnect.h"
 #include "ui/ActiveWindow.h"
-#include "ui/Localize.h"
 #include "ui/Pictures.h"
-#include "ui/TextTable.h"
 #include "ui/frmSetup.h"
 
 namespace tessmar {

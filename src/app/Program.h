@@ -17,13 +17,15 @@
 #include "app/PollLoop.h"
 #include "app/Session.h"
 #include "app/frmMain.h"
+#include "base/Clock.h"
+#include "base/QtMessageLoop.h"
+#include "base/SystemLocale.h"
 #include "history/HistoryBuffer.h"
 #include "history/ImageImport.h"
 #include "link/Comm.h"
 #include "link/ConnectionSettings.h"
 #include "link/LinkState.h"
 #include "link/PortMap.h"
-#include "link/QtMessageLoop.h"
 #include "link/QtSerialPort.h"
 #include "link/cmd.h"
 #include "measure/LiveDisplay.h"
@@ -31,10 +33,8 @@
 #include "settings/LoggerSettings.h"
 #include "settings/Programming.h"
 #include "settings/RecentFiles.h"
-#include "ui/Clock.h"
 #include "ui/MessageDialogs.h"
 #include "ui/QtFileDialogs.h"
-#include "ui/SystemLocale.h"
 
 namespace tessmar {
 

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "ProgramVersion.h"
-#include "ui/TextTable.h"
+#include "base/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -5,10 +5,10 @@
 
 #include "app/LiveLogger.h"
 #include "app/PollLoop.h"
+#include "base/MainScreen.h"
+#include "base/MessageLoop.h"
+#include "base/Messages.h"
 #include "link/Comm.h"
-#include "link/MessageLoop.h"
-#include "ui/MainScreen.h"
-#include "ui/Messages.h"
 
 namespace tessmar {
 

@@ -2,8 +2,8 @@
 
 #include <QLabel>
 
+#include "base/TextTable.h"
 #include "ui/Pictures.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

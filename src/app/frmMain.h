@@ -5,7 +5,7 @@
 #include <QString>
 #include <array>
 
-#include "ui/MainScreen.h"
+#include "base/MainScreen.h"
 
 class QGroupBox;
 class QHBoxLayout;

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <vector>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
+#include "base/TextTable.h"
 #include "measure/Sample.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -1,6 +1,6 @@
 #include "history/GetHistoryData.h"
 
-#include "ui/TextTable.h"
+#include "base/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -4,12 +4,12 @@
 #include <cstdint>
 #include <functional>
 
+#include "base/MainScreen.h"
+#include "base/MessageLoop.h"
+#include "base/Messages.h"
 #include "history/HistoryBuffer.h"
 #include "link/LinkState.h"
-#include "link/MessageLoop.h"
 #include "link/cmd.h"
-#include "ui/MainScreen.h"
-#include "ui/Messages.h"
 
 namespace tessmar {
 

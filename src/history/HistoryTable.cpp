@@ -5,11 +5,11 @@
 #include <cstring>
 #include <string_view>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
+#include "base/TextTable.h"
 #include "measure/DerivedChannels.h"
 #include "measure/RelayVoltage.h"
 #include "measure/Sample.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

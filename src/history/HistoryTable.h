@@ -5,11 +5,11 @@
 #include <functional>
 #include <vector>
 
+#include "base/SystemLocale.h"
 #include "history/HistoryBuffer.h"
 #include "link/LinkState.h"
 #include "measure/Scaling.h"
 #include "settings/LoggerSettings.h"
-#include "ui/SystemLocale.h"
 
 namespace tessmar {
 

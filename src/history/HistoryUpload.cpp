@@ -1,7 +1,7 @@
 #include "history/HistoryUpload.h"
 
+#include "base/TextTable.h"
 #include "measure/Sample.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 

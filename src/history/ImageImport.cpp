@@ -8,7 +8,7 @@
 #include <span>
 #include <utility>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 #include "measure/Sample.h"
 
 namespace tessmar {

@@ -4,15 +4,15 @@
 #include <functional>
 #include <optional>
 
+#include "base/FileDialogs.h"
+#include "base/MainScreen.h"
+#include "base/MessageLoop.h"
+#include "base/Messages.h"
 #include "history/HistoryBuffer.h"
 #include "link/LinkState.h"
-#include "link/MessageLoop.h"
 #include "measure/LiveDisplay.h"
 #include "settings/LoggerSettings.h"
 #include "settings/config.h"
-#include "ui/FileDialogs.h"
-#include "ui/MainScreen.h"
-#include "ui/Messages.h"
 
 class QIODevice;
 

@@ -1,6 +1,6 @@
 #include "history/PullHistory.h"
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 
 namespace tessmar {
 namespace {

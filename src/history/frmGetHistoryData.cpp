@@ -7,9 +7,9 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "base/TextTable.h"
 #include "history/GetHistoryData.h"
 #include "history/PullHistory.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

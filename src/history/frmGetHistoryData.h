@@ -4,12 +4,12 @@
 #include <QElapsedTimer>
 #include <cstdint>
 
+#include "base/Messages.h"
 #include "history/HistoryBuffer.h"
 #include "history/HistoryUpload.h"
 #include "link/Comm.h"
 #include "link/LinkState.h"
 #include "link/cmd.h"
-#include "ui/Messages.h"
 
 class QLabel;
 class QProgressBar;

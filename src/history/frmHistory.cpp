@@ -13,12 +13,12 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/Fault.h"
+#include "base/TextTable.h"
 #include "history/CsvExport.h"
 #include "history/HistoryView.h"
 #include "history/frmHistoryOptions.h"
 #include "history/frmProgress.h"
-#include "link/Fault.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -3,16 +3,16 @@
 #include <QDialog>
 #include <QString>
 
+#include "base/Clock.h"
+#include "base/FileDialogs.h"
+#include "base/MainScreen.h"
+#include "base/Messages.h"
+#include "base/SystemLocale.h"
 #include "history/HistoryBuffer.h"
 #include "history/HistoryTable.h"
 #include "history/HistoryTableModel.h"
 #include "link/LinkState.h"
 #include "settings/LoggerSettings.h"
-#include "ui/Clock.h"
-#include "ui/FileDialogs.h"
-#include "ui/MainScreen.h"
-#include "ui/Messages.h"
-#include "ui/SystemLocale.h"
 
 class QLabel;
 class QProgressBar;

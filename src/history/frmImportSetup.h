@@ -3,8 +3,8 @@
 #include <QDialog>
 #include <QString>
 
+#include "base/Messages.h"
 #include "history/ImageImport.h"
-#include "ui/Messages.h"
 
 class QCheckBox;
 class QComboBox;

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 
 namespace tessmar {
 namespace {

@@ -6,8 +6,8 @@
 #include <span>
 #include <vector>
 
+#include "base/MessageLoop.h"
 #include "link/LinkState.h"
-#include "link/MessageLoop.h"
 #include "link/SerialPort.h"
 
 namespace tessmar {

@@ -1,7 +1,7 @@
 #include "link/ConnectChoices.h"
 
-#include "link/Blanks.h"
-#include "link/Fault.h"
+#include "base/Blanks.h"
+#include "base/Fault.h"
 
 namespace tessmar {
 namespace {

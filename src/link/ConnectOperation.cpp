@@ -2,9 +2,9 @@
 
 #include <QScopedValueRollback>
 
+#include "base/Fault.h"
+#include "base/TextTable.h"
 #include "link/ConnectChoices.h"
-#include "link/Fault.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 

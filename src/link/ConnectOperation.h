@@ -3,12 +3,12 @@
 #include <QString>
 #include <functional>
 
+#include "base/MainScreen.h"
+#include "base/Messages.h"
 #include "link/Comm.h"
 #include "link/ConnectionSettings.h"
 #include "link/LinkState.h"
 #include "link/cmd.h"
-#include "ui/MainScreen.h"
-#include "ui/Messages.h"
 
 namespace tessmar {
 

@@ -3,7 +3,7 @@
 #include <QString>
 #include <cstdint>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 
 namespace tessmar {
 

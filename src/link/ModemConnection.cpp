@@ -4,9 +4,9 @@
 #include <QFileInfo>
 #include <algorithm>
 
-#include "link/Blanks.h"
-#include "link/Fault.h"
-#include "ui/TextTable.h"
+#include "base/Blanks.h"
+#include "base/Fault.h"
+#include "base/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -6,10 +6,10 @@
 #include <array>
 #include <functional>
 
+#include "base/Messages.h"
 #include "link/Comm.h"
 #include "link/ConnectionSettings.h"
 #include "link/LinkState.h"
-#include "ui/Messages.h"
 
 namespace tessmar {
 

@@ -4,10 +4,10 @@
 #include <QStringList>
 #include <functional>
 
+#include "base/MainScreen.h"
 #include "link/Comm.h"
 #include "link/LinkState.h"
 #include "link/ModemConnection.h"
-#include "ui/MainScreen.h"
 
 namespace tessmar {
 

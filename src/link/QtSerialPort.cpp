@@ -1,6 +1,6 @@
 #include "link/QtSerialPort.h"
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 
 namespace tessmar {
 namespace {

@@ -7,10 +7,10 @@
 #include <span>
 #include <vector>
 
+#include "base/Clock.h"
+#include "base/SystemLocale.h"
 #include "link/Comm.h"
 #include "link/LinkState.h"
-#include "ui/Clock.h"
-#include "ui/SystemLocale.h"
 
 namespace tessmar {
 

@@ -3,8 +3,8 @@
 #include <QSerialPortInfo>
 #include <vector>
 
-#include "link/Blanks.h"
-#include "link/Fault.h"
+#include "base/Blanks.h"
+#include "base/Fault.h"
 
 #ifdef Q_OS_WIN
 #include "link/WindowsRegistry.h"

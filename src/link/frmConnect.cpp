@@ -18,10 +18,10 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "base/TextTable.h"
 #include "link/ConnectChoices.h"
 #include "link/ModemConnection.h"
 #include "link/frmModem.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -4,8 +4,8 @@
 #include <QStringList>
 #include <functional>
 
+#include "base/FileDialogs.h"
 #include "link/ConnectOperation.h"
-#include "ui/FileDialogs.h"
 
 class QCheckBox;
 class QComboBox;

@@ -5,12 +5,12 @@
 #include <cmath>
 #include <optional>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
+#include "base/Numbers.h"
+#include "base/TextTable.h"
 #include "link/cmd.h"
 #include "measure/Scaling.h"
 #include "settings/IntervalText.h"
-#include "settings/Numbers.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -4,13 +4,13 @@
 #include <array>
 #include <cstdint>
 
+#include "base/MainScreen.h"
+#include "base/SystemLocale.h"
 #include "link/LinkState.h"
 #include "measure/DerivedChannels.h"
 #include "measure/RelayVoltage.h"
 #include "measure/Sample.h"
 #include "settings/LoggerSettings.h"
-#include "ui/MainScreen.h"
-#include "ui/SystemLocale.h"
 
 namespace tessmar {
 

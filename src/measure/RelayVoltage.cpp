@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "link/Fault.h"
-#include "settings/Numbers.h"
+#include "base/Fault.h"
+#include "base/Numbers.h"
 
 namespace tessmar {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 
 namespace tessmar {
 

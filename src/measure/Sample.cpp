@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 
 namespace tessmar {
 namespace {

@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <span>
 
+#include "base/SystemLocale.h"
 #include "link/LinkState.h"
-#include "ui/SystemLocale.h"
 
 namespace tessmar {
 

@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 #include "measure/Sample.h"
 
 namespace tessmar {

@@ -5,9 +5,9 @@
 #include <cstdint>
 #include <optional>
 
+#include "base/TextTable.h"
 #include "link/LinkState.h"
 #include "link/cmd.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 

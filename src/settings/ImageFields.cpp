@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "link/Fault.h"
-#include "settings/Numbers.h"
+#include "base/Fault.h"
+#include "base/Numbers.h"
 #include "settings/config.h"
 
 namespace tessmar {

@@ -2,9 +2,9 @@
 
 #include <array>
 
-#include "link/Fault.h"
-#include "settings/Numbers.h"
-#include "ui/TextTable.h"
+#include "base/Fault.h"
+#include "base/Numbers.h"
+#include "base/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -1,6 +1,6 @@
 #include "settings/LoggerSettings.h"
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 
 namespace tessmar {
 namespace {

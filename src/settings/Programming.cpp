@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 #include "settings/config.h"
 
 namespace tessmar {

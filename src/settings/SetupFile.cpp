@@ -5,8 +5,8 @@
 #include <limits>
 #include <span>
 
-#include "link/Fault.h"
-#include "settings/Numbers.h"
+#include "base/Fault.h"
+#include "base/Numbers.h"
 
 namespace tessmar {
 namespace {

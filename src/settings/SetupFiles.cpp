@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "ProgramVersion.h"
-#include "link/Fault.h"
+#include "base/Fault.h"
 #include "settings/SetupFile.h"
 
 namespace tessmar {

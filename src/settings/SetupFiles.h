@@ -4,15 +4,15 @@
 #include <array>
 #include <functional>
 
+#include "base/Clock.h"
+#include "base/FileDialogs.h"
+#include "base/Messages.h"
+#include "base/SystemLocale.h"
+#include "base/TextTable.h"
 #include "link/LinkState.h"
 #include "settings/LoggerSettings.h"
 #include "settings/RecentFiles.h"
 #include "settings/config.h"
-#include "ui/Clock.h"
-#include "ui/FileDialogs.h"
-#include "ui/Messages.h"
-#include "ui/SystemLocale.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 

@@ -2,8 +2,8 @@
 
 #include <utility>
 
-#include "link/Fault.h"
-#include "ui/TextTable.h"
+#include "base/Fault.h"
+#include "base/TextTable.h"
 
 namespace tessmar {
 

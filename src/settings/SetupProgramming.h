@@ -2,13 +2,13 @@
 
 #include <functional>
 
+#include "base/MessageLoop.h"
+#include "base/Messages.h"
 #include "link/LinkState.h"
-#include "link/MessageLoop.h"
 #include "link/cmd.h"
 #include "settings/LoggerSettings.h"
 #include "settings/Programming.h"
 #include "settings/config.h"
-#include "ui/Messages.h"
 
 namespace tessmar {
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 #include <array>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
+#include "base/Numbers.h"
 #include "settings/ImageFields.h"
-#include "settings/Numbers.h"
 
 namespace tessmar {
 namespace {

@@ -6,8 +6,8 @@
 #include <QKeyEvent>
 #include <utility>
 
+#include "base/Messages.h"
 #include "ui/MessageButtons.h"
-#include "ui/Messages.h"
 
 namespace tessmar {
 namespace {

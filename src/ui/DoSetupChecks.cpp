@@ -3,8 +3,8 @@
 #include <array>
 #include <optional>
 
-#include "link/Fault.h"
-#include "ui/MainScreen.h"
+#include "base/Fault.h"
+#include "base/MainScreen.h"
 
 namespace tessmar {
 namespace {

@@ -3,7 +3,7 @@
 #include <QString>
 #include <functional>
 
-#include "ui/Messages.h"
+#include "base/Messages.h"
 
 namespace tessmar {
 

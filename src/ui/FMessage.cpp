@@ -12,7 +12,7 @@
 #include <algorithm>
 #include <cmath>
 
-#include "ui/MainScreen.h"
+#include "base/MainScreen.h"
 #include "ui/MessageIcon.h"
 #include "ui/MessageLayout.h"
 

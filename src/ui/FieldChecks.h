@@ -2,9 +2,9 @@
 
 #include <QString>
 
+#include "base/Messages.h"
 #include "ui/FieldRules.h"
 #include "ui/FieldValidation.h"
-#include "ui/Messages.h"
 
 class QComboBox;
 class QLineEdit;

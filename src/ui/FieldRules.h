@@ -5,9 +5,9 @@
 #include <optional>
 #include <span>
 
+#include "base/Messages.h"
+#include "base/TextTable.h"
 #include "link/LinkState.h"
-#include "ui/Messages.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 

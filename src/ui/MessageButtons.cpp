@@ -1,7 +1,7 @@
 #include "ui/MessageButtons.h"
 
-#include "ui/Messages.h"
-#include "ui/TextTable.h"
+#include "base/Messages.h"
+#include "base/TextTable.h"
 
 namespace tessmar {
 namespace {

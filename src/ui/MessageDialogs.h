@@ -2,7 +2,7 @@
 
 #include <functional>
 
-#include "ui/Messages.h"
+#include "base/Messages.h"
 
 namespace tessmar {
 

@@ -8,9 +8,9 @@
 #include <QTreeView>
 #include <utility>
 
+#include "base/FileNames.h"
+#include "base/TextTable.h"
 #include "ui/ActiveWindow.h"
-#include "ui/FileNames.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

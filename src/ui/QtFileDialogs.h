@@ -2,8 +2,8 @@
 
 #include <functional>
 
-#include "ui/FileDialogs.h"
-#include "ui/Messages.h"
+#include "base/FileDialogs.h"
+#include "base/Messages.h"
 
 namespace tessmar {
 

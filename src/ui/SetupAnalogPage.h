@@ -4,9 +4,9 @@
 #include <array>
 #include <functional>
 
+#include "base/TextTable.h"
 #include "settings/LoggerSettings.h"
 #include "ui/SetupControls.h"
-#include "ui/TextTable.h"
 
 class QCheckBox;
 class QComboBox;

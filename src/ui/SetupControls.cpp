@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <limits>
 
-#include "link/Fault.h"
-#include "settings/Numbers.h"
+#include "base/Fault.h"
+#include "base/Numbers.h"
 #include "ui/SetupLists.h"
 
 namespace tessmar {

@@ -5,11 +5,11 @@
 #include <QHBoxLayout>
 #include <algorithm>
 
+#include "base/MainScreen.h"
+#include "base/TextTable.h"
 #include "ui/FieldChecks.h"
-#include "ui/MainScreen.h"
 #include "ui/SetupLists.h"
 #include "ui/SetupWidgets.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 

@@ -5,8 +5,8 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include "base/MainScreen.h"
 #include "ui/FieldChecks.h"
-#include "ui/MainScreen.h"
 #include "ui/SetupLists.h"
 #include "ui/SetupWidgets.h"
 

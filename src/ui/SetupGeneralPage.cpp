@@ -6,11 +6,11 @@
 #include <QVBoxLayout>
 #include <QValidator>
 
+#include "base/MainScreen.h"
+#include "base/TextTable.h"
 #include "ui/FieldChecks.h"
-#include "ui/MainScreen.h"
 #include "ui/SetupLists.h"
 #include "ui/SetupWidgets.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 

@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "ui/TextTable.h"
+#include "base/TextTable.h"
 
 namespace tessmar {
 

@@ -8,8 +8,8 @@
 #include <algorithm>
 #include <utility>
 
+#include "base/TextTable.h"
 #include "ui/SetupWidgets.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 

@@ -12,18 +12,18 @@
 #include <QVBoxLayout>
 #include <utility>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
+#include "base/MainScreen.h"
+#include "base/TextTable.h"
 #include "settings/Calibration.h"
 #include "ui/DoSetupChecks.h"
 #include "ui/FieldChecks.h"
-#include "ui/MainScreen.h"
 #include "ui/SetupAnalogPage.h"
 #include "ui/SetupControls.h"
 #include "ui/SetupDigitalPage.h"
 #include "ui/SetupDoPage.h"
 #include "ui/SetupGeneralPage.h"
 #include "ui/SetupWidgets.h"
-#include "ui/TextTable.h"
 #include "ui/frmCalibrate.h"
 
 namespace tessmar {

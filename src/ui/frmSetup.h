@@ -5,20 +5,20 @@
 #include <functional>
 #include <memory>
 
+#include "base/Clock.h"
+#include "base/FileDialogs.h"
+#include "base/MessageLoop.h"
+#include "base/Messages.h"
+#include "base/SystemLocale.h"
 #include "link/LinkState.h"
-#include "link/MessageLoop.h"
 #include "link/cmd.h"
 #include "settings/LoggerSettings.h"
 #include "settings/Programming.h"
 #include "settings/RecentFiles.h"
 #include "settings/SetupFiles.h"
 #include "settings/SetupProgramming.h"
-#include "ui/Clock.h"
 #include "ui/FieldValidation.h"
-#include "ui/FileDialogs.h"
-#include "ui/Messages.h"
 #include "ui/SetupControls.h"
-#include "ui/SystemLocale.h"
 
 class QAction;
 class QMenu;

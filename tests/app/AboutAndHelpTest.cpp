@@ -11,8 +11,8 @@
 #include "app/Help.h"
 #include "app/frmAbout.h"
 #include "app/frmSplash.h"
+#include "base/TextTable.h"
 #include "ui/Pictures.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

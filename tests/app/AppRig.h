@@ -8,12 +8,12 @@
 #include "app/PollLoop.h"
 #include "app/ScriptedLogger.h"
 #include "app/Session.h"
+#include "base/TextTable.h"
 #include "link/Comm.h"
 #include "settings/config.h"
 #include "support/FakeMessageLoop.h"
 #include "support/FakeOutside.h"
 #include "support/FakeSerialPort.h"
-#include "ui/TextTable.h"
 
 namespace tessmar::test {
 

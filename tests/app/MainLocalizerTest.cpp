@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/TextTable.h"
 #include "support/FakeOutside.h"
-#include "ui/TextTable.h"
 
 namespace tessmar::test {
 namespace {

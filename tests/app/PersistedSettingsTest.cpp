@@ -6,7 +6,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 
 namespace tessmar::test {
 namespace {

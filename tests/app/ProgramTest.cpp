@@ -13,8 +13,8 @@
 #include <QTimer>
 #include <memory>
 
-#include "link/Fault.h"
-#include "ui/TextTable.h"
+#include "base/Fault.h"
+#include "base/TextTable.h"
 
 namespace tessmar {
 namespace {

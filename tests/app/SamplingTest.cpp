@@ -4,7 +4,7 @@
 
 #include "app/AppRig.h"
 #include "app/PollLoop.h"
-#include "link/Fault.h"
+#include "base/Fault.h"
 
 namespace tessmar::test {
 namespace {

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "app/AppRig.h"
-#include "link/Fault.h"
+#include "base/Fault.h"
 
 namespace tessmar::test {
 namespace {

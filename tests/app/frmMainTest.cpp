@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "app/MainLocalizer.h"
-#include "ui/TextTable.h"
+#include "base/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -13,9 +13,9 @@
 #include <QTabBar>
 #include <QTest>
 
+#include "base/MainScreen.h"
 #include "e2e/Desk.h"
 #include "history/frmProgress.h"
-#include "ui/MainScreen.h"
 
 namespace tessmar::test {
 namespace {

@@ -10,9 +10,9 @@
 #include <cmath>
 #include <random>
 
+#include "base/Fault.h"
+#include "base/TextTable.h"
 #include "history/TableRig.h"
-#include "link/Fault.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

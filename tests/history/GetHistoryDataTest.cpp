@@ -2,8 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "base/TextTable.h"
 #include "history/UploadRig.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -6,10 +6,10 @@
 #include <QPushButton>
 #include <QRadioButton>
 
+#include "base/TextTable.h"
 #include "history/frmHistoryOptions.h"
 #include "history/frmImportSetup.h"
 #include "support/FakeOutside.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "base/Fault.h"
+#include "base/TextTable.h"
 #include "history/TableRig.h"
-#include "link/Fault.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "base/TextTable.h"
 #include "history/Blocks.h"
 #include "history/GetHistoryData.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

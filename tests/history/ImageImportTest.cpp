@@ -6,7 +6,7 @@
 #include <QFile>
 #include <QTemporaryDir>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 #include "measure/LiveDisplay.h"
 #include "support/FakeMessageLoop.h"
 #include "support/FakeOutside.h"

@@ -3,11 +3,11 @@
 #include <QLocale>
 #include <initializer_list>
 
+#include "base/SystemLocale.h"
 #include "history/HistoryBuffer.h"
 #include "history/HistoryTable.h"
 #include "link/LinkState.h"
 #include "settings/LoggerSettings.h"
-#include "ui/SystemLocale.h"
 
 namespace tessmar::test {
 

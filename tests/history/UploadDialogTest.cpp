@@ -6,9 +6,9 @@
 #include <QProgressBar>
 #include <QPushButton>
 
+#include "base/TextTable.h"
 #include "history/UploadRig.h"
 #include "history/frmGetHistoryData.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

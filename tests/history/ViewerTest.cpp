@@ -14,13 +14,13 @@
 #include <QTableView>
 #include <QTemporaryDir>
 
+#include "base/TextTable.h"
 #include "history/HistoryTableModel.h"
 #include "history/HistoryView.h"
 #include "history/TableRig.h"
 #include "history/frmHistory.h"
 #include "history/frmProgress.h"
 #include "support/FakeOutside.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

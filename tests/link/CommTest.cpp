@@ -5,7 +5,7 @@
 #include <array>
 #include <string_view>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 #include "link/LinkBench.h"
 
 namespace tessmar::test {

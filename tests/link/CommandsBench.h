@@ -1,10 +1,10 @@
 #pragma once
 
-#include "link/Fault.h"
+#include "base/Fault.h"
+#include "base/TextTable.h"
 #include "link/LinkBench.h"
 #include "link/cmd.h"
 #include "support/FakeOutside.h"
-#include "ui/TextTable.h"
 
 namespace tessmar::test {
 

@@ -4,7 +4,7 @@
 
 #include <QMap>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 
 namespace tessmar::test {
 namespace {

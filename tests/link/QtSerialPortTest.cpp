@@ -10,11 +10,11 @@
 #include <memory>
 #include <thread>
 
+#include "base/Fault.h"
+#include "base/QtMessageLoop.h"
 #include "link/Comm.h"
-#include "link/Fault.h"
 #include "link/LinkBench.h"
 #include "link/Pty.h"
-#include "link/QtMessageLoop.h"
 
 namespace tessmar::test {
 namespace {

@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 
+#include "base/Fault.h"
 #include "link/Comm.h"
-#include "link/Fault.h"
 #include "link/LinkBench.h"
 
 namespace tessmar::test {

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
+#include "base/TextTable.h"
 #include "measure/LiveDisplay.h"
 #include "support/FakeOutside.h"
-#include "ui/TextTable.h"
 
 namespace tessmar::test {
 

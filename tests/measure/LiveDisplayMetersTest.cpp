@@ -1,4 +1,4 @@
-#include "link/Fault.h"
+#include "base/Fault.h"
 #include "measure/LiveDisplayFixture.h"
 
 namespace tessmar {

@@ -1,4 +1,4 @@
-#include "link/Fault.h"
+#include "base/Fault.h"
 #include "link/cmd.h"
 #include "measure/LiveDisplayFixture.h"
 #include "measure/SalinityConductivity.h"

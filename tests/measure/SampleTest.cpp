@@ -5,7 +5,7 @@
 #include <numeric>
 #include <vector>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 
 namespace tessmar {
 namespace {

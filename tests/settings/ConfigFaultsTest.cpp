@@ -3,7 +3,7 @@
 #include <functional>
 #include <vector>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 #include "settings/ConfigImages.h"
 
 namespace tessmar {

@@ -5,7 +5,7 @@
 #include <array>
 #include <limits>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 #include "settings/config.h"
 
 namespace tessmar {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "ui/TextTable.h"
+#include "base/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 
 namespace tessmar {
 namespace {

@@ -6,7 +6,7 @@
 #include <functional>
 #include <vector>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 #include "settings/ConfigImages.h"
 
 namespace tessmar {

@@ -8,7 +8,7 @@
 #include <QTemporaryDir>
 #include <csignal>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 #include "settings/ConfigImages.h"
 #include "support/FakeOutside.h"
 

@@ -4,8 +4,8 @@
 #include <map>
 #include <stdexcept>
 
+#include "base/MessageLoop.h"
 #include "link/LinkState.h"
-#include "link/MessageLoop.h"
 
 namespace tessmar::test {
 

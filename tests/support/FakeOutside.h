@@ -8,10 +8,10 @@
 #include <optional>
 #include <vector>
 
-#include "ui/Clock.h"
-#include "ui/FileDialogs.h"
-#include "ui/MainScreen.h"
-#include "ui/Messages.h"
+#include "base/Clock.h"
+#include "base/FileDialogs.h"
+#include "base/MainScreen.h"
+#include "base/Messages.h"
 
 namespace tessmar::test {
 

@@ -7,7 +7,7 @@
 #include <span>
 #include <vector>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 #include "link/SerialPort.h"
 
 namespace tessmar::test {

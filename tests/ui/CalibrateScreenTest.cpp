@@ -3,8 +3,8 @@
 #include <QLabel>
 #include <QPointer>
 
+#include "base/TextTable.h"
 #include "ui/SetupScreenRig.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

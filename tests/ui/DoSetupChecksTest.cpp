@@ -5,7 +5,7 @@
 #include <QHash>
 #include <QSet>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 #include "support/FakeOutside.h"
 
 namespace tessmar {

@@ -4,7 +4,7 @@
 
 #include <QSet>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 
 namespace tessmar {
 namespace {

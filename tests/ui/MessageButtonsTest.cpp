@@ -4,8 +4,8 @@
 
 #include <QStringList>
 
-#include "ui/Messages.h"
-#include "ui/TextTable.h"
+#include "base/Messages.h"
+#include "base/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -10,9 +10,9 @@
 #include <QTimer>
 #include <functional>
 
+#include "base/TextTable.h"
 #include "ui/CMessage.h"
 #include "ui/MessageDialogs.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -10,8 +10,8 @@
 #include <QTemporaryDir>
 #include <QTimer>
 
+#include "base/TextTable.h"
 #include "support/FakeOutside.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
+#include "base/TextTable.h"
 #include "ui/SetupRig.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -5,8 +5,8 @@
 #include <QMenu>
 #include <QRadioButton>
 
+#include "base/TextTable.h"
 #include "ui/SetupScreenRig.h"
-#include "ui/TextTable.h"
 
 namespace tessmar {
 namespace {

@@ -2,7 +2,7 @@
 
 #include <cstdint>
 
-#include "ui/SystemLocale.h"
+#include "base/SystemLocale.h"
 
 namespace tessmar {
 

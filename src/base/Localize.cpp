@@ -1,4 +1,4 @@
-#include "ui/Localize.h"
+#include "base/Localize.h"
 
 namespace tessmar {
 

@@ -1,4 +1,4 @@
-#include "settings/Numbers.h"
+#include "base/Numbers.h"
 
 #include <QByteArray>
 #include <algorithm>
@@ -7,7 +7,7 @@
 #include <limits>
 #include <optional>
 
-#include "link/Fault.h"
+#include "base/Fault.h"
 
 namespace tessmar {
 namespace {

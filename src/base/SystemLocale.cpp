@@ -1,4 +1,4 @@
-#include "ui/SystemLocale.h"
+#include "base/SystemLocale.h"
 
 #include <array>
 

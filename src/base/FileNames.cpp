@@ -1,4 +1,4 @@
-#include "ui/FileNames.h"
+#include "base/FileNames.h"
 
 namespace tessmar {
 namespace {

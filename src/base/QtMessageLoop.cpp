@@ -1,4 +1,4 @@
-#include "link/QtMessageLoop.h"
+#include "base/QtMessageLoop.h"
 
 #include <QCoreApplication>
 #include <QEvent>

@@ -3,7 +3,7 @@
 #include <QObject>
 #include <QTimer>
 
-#include "link/MessageLoop.h"
+#include "base/MessageLoop.h"
 
 namespace tessmar {
 
