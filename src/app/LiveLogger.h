@@ -4,7 +4,7 @@
 #include "link/cmd.h"
 #include "measure/LiveDisplay.h"
 #include "settings/LoggerSettings.h"
-#include "settings/Programming.h"
+#include "setup/Programming.h"
 
 namespace tessmar {
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 
 #include "link/ConnectionSettings.h"
-#include "settings/RecentFiles.h"
+#include "setup/RecentFiles.h"
 
 namespace tessmar {
 

@@ -18,9 +18,9 @@
 #include "history/frmImportSetup.h"
 #include "link/enumerate.h"
 #include "link/frmConnect.h"
+#include "setup/frmSetup.h"
 #include "ui/ActiveWindow.h"
 #include "ui/Pictures.h"
-#include "ui/frmSetup.h"
 
 namespace tessmar {
 namespace {

@@ -31,8 +31,8 @@
 #include "measure/LiveDisplay.h"
 #include "measure/Sample.h"
 #include "settings/LoggerSettings.h"
-#include "settings/Programming.h"
-#include "settings/RecentFiles.h"
+#include "setup/Programming.h"
+#include "setup/RecentFiles.h"
 #include "ui/MessageDialogs.h"
 #include "ui/QtFileDialogs.h"
 

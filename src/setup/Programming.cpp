@@ -1,0 +1,101 @@
+#include "setup/Programming.h"
+
+#include <array>
+
+#include "base/Fault.h"
+#include "settings/config.h"
+
+namespace tessmar {
+namespace {
+
+/// A piece of the image and where it lies in the logger's memory.
+struct MemoryBlock {
+  int ImageOffset;
+  int Size;
+  std::uint32_t Address;
+};
+
+/// No write carries more than 128 bytes.
+constexpr std::array<MemoryBlock, 4> kWriteBlocks{{
+    {0, 128, 8},
+    {128, 114, 136},
+    {242, 48, 256},
+    {290, 25, 768},
+}};
+constexpr std::array<MemoryBlock, 3> kReadBlocks{{
+    {0, 242, 8},
+    {242, 48, 256},
+    {290, 25, 768},
+}};
+
+constexpr std::uint32_t kIdentifierAddress = 0;
+constexpr int kIdentifierLength = 8;
+
+bool ReadBlock(LoggerCommands& commands, ConfigImage& image, const MemoryBlock& block) {
+  return commands.ReadMemoryBlock(image, block.ImageOffset, block.Size, block.Address);
+}
+
+bool WriteBlock(LoggerCommands& commands, const ConfigImage& image, const MemoryBlock& block) {
+  std::uint32_t address = block.Address;
+  return commands.WriteMemoryBlock(image, block.ImageOffset, block.Size, address);
+}
+
+}  // namespace
+
+Programming::Programming(LoggerCommands& commands, LinkState& link, LoggerSettings& settings,
+                         LiveDisplay& display)
+    : commands_(commands), link_(link), settings_(settings), display_(display) {}
+
+bool Programming::ProgramConfiguration() {
+  return Trapped(link_, [this] {
+    ConfigImage written;
+    // The result does not count: a record that does not fit goes out with zeros behind its field.
+    PackConfigImage(link_, settings_, written);
+    for (const MemoryBlock& block : kWriteBlocks) {
+      if (!WriteBlock(commands_, written, block)) return false;
+    }
+    ConfigImage read;
+    for (const MemoryBlock& block : kReadBlocks) {
+      if (!ReadBlock(commands_, read, block)) return false;
+    }
+    return read == written;
+  });
+}
+
+void Programming::RefreshFromLogger() {
+  ConfigImage image;
+  if (ReadBlock(commands_, image, kReadBlocks[0]) && ReadBlock(commands_, image, kReadBlocks[1])) {
+    if (ReadBlock(commands_, image, kReadBlocks[2])) {
+      UnpackConfigImage(link_, image, settings_);
+      display_.RefreshMainScreen();
+    }
+    // Also after a failed third read, which leaves zeros in the image: the first two blocks count.
+    UnpackConfigImage(link_, image, settings_);
+    display_.RefreshMainScreen();
+  }
+  commands_.GetLoggerStatus();
+  display_.UpdateSampleDisplay();
+  link_.LoggerTimeText = commands_.GetLoggerTime();
+}
+
+QString Programming::ReadIdentifier() {
+  constexpr std::uint8_t kFirstCharacter = 32;
+  constexpr std::uint8_t kBehindAscii = 128;
+  std::vector<std::uint8_t> bytes;
+  if (!commands_.ReadMemoryBlock(bytes, 0, kIdentifierLength, kIdentifierAddress)) return {};
+  QString text;
+  for (const std::uint8_t byte : bytes) {
+    const bool isCharacter = byte >= kFirstCharacter && byte < kBehindAscii;
+    text.append(isCharacter ? QChar(byte) : QChar(u' '));
+  }
+  return text;
+}
+
+bool Programming::WriteIdentifier(const QString& text) {
+  std::vector<std::uint8_t> bytes(kIdentifierLength);
+  PutFixedText(text, bytes, 0, kIdentifierLength);
+  std::uint32_t address = kIdentifierAddress;
+  return commands_.WriteMemoryBlock(bytes, 0, kIdentifierLength, address);
+}
+
+}  // namespace tessmar
