@@ -2,12 +2,12 @@
 
 #include <functional>
 
-#include "app/LiveLogger.h"
-#include "app/PollLoop.h"
-#include "app/Session.h"
 #include "base/MainScreen.h"
 #include "base/MessageLoop.h"
 #include "base/Messages.h"
+#include "session/LiveLogger.h"
+#include "session/PollLoop.h"
+#include "session/Session.h"
 
 namespace tessmar {
 

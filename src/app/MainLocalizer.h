@@ -2,8 +2,8 @@
 
 #include <cstdint>
 
-#include "app/ConnectionWords.h"
 #include "base/MainScreen.h"
+#include "session/ConnectionWords.h"
 
 namespace tessmar {
 

@@ -12,8 +12,8 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "app/FittingLabel.h"
 #include "measure/MeterColumn.h"
+#include "ui/FittingLabel.h"
 
 namespace tessmar {
 namespace {

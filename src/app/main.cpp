@@ -3,9 +3,9 @@
 #include <cstdlib>
 
 #include "app/Application.h"
-#include "app/PersistedSettings.h"
 #include "app/Program.h"
 #include "app/TerminationSignals.h"
+#include "session/PersistedSettings.h"
 
 namespace {
 

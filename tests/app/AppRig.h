@@ -5,11 +5,11 @@
 #include <functional>
 
 #include "app/MainActions.h"
-#include "app/PollLoop.h"
 #include "app/ScriptedLogger.h"
-#include "app/Session.h"
 #include "base/TextTable.h"
 #include "link/Comm.h"
+#include "session/PollLoop.h"
+#include "session/Session.h"
 #include "settings/config.h"
 #include "support/FakeMessageLoop.h"
 #include "support/FakeOutside.h"

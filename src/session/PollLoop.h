@@ -2,10 +2,10 @@
 
 #include <QString>
 
-#include "app/ConnectionWords.h"
-#include "app/LiveLogger.h"
 #include "base/MainScreen.h"
 #include "base/MessageLoop.h"
+#include "session/ConnectionWords.h"
+#include "session/LiveLogger.h"
 
 namespace tessmar {
 

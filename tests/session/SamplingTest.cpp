@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "app/AppRig.h"
-#include "app/PollLoop.h"
 #include "base/Fault.h"
+#include "session/PollLoop.h"
 
 namespace tessmar::test {
 namespace {

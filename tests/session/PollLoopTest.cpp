@@ -1,4 +1,4 @@
-#include "app/PollLoop.h"
+#include "session/PollLoop.h"
 
 #include <gtest/gtest.h>
 

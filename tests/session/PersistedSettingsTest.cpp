@@ -1,4 +1,4 @@
-#include "app/PersistedSettings.h"
+#include "session/PersistedSettings.h"
 
 #include <gtest/gtest.h>
 

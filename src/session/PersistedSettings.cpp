@@ -1,4 +1,4 @@
-#include "app/PersistedSettings.h"
+#include "session/PersistedSettings.h"
 
 #include <QSettings>
 #include <QStandardPaths>

@@ -1,4 +1,4 @@
-#include "app/FittingLabel.h"
+#include "ui/FittingLabel.h"
 
 #include <QPainter>
 #include <QStyle>

@@ -3,12 +3,12 @@
 #include <QString>
 #include <functional>
 
-#include "app/LiveLogger.h"
-#include "app/PollLoop.h"
 #include "base/MainScreen.h"
 #include "base/MessageLoop.h"
 #include "base/Messages.h"
 #include "link/Comm.h"
+#include "session/LiveLogger.h"
+#include "session/PollLoop.h"
 
 namespace tessmar {
 
