@@ -186,6 +186,7 @@ BENCHMARK(ExportTheSameTableWithSqlite)->Unit(benchmark::kMillisecond)->UseRealT
 void ImportAFullImage(benchmark::State& state) {
   const LinkState link = TenChannels();
   HistoryBuffer buffer;
+  NoBlockSink sink;
   const QTemporaryDir folder;
   QFile file(folder.filePath(u"logger.bin"_s));
   if (!file.open(QIODevice::ReadWrite)) {
@@ -197,7 +198,7 @@ void ImportAFullImage(benchmark::State& state) {
   for (auto _ : state) {
     file.seek(0);
     benchmark::DoNotOptimize(ReadImageConfiguration(file));
-    ReadImageRecords(file, link, buffer);
+    ReadImageRecords(file, link, buffer, sink);
   }
   if (buffer.Count() != 4088 * 10) state.SkipWithError("the image was not read to its end");
   state.SetItemsProcessed(state.iterations() * 4088);

@@ -71,7 +71,7 @@ class Uploader {
     timer.start();
     const UploadEnd end =
         PullHistory(upload, commands_, comm_, link_,
-                    {.Running = [] { return true; }, .Changed = [&blocks] { ++blocks; }});
+                    {.Running = [] { return true; }, .Changed = [&blocks] { ++blocks; }}, sink_);
     const auto seconds = static_cast<double>(timer.nsecsElapsed()) * 1e-9;
     if (end != UploadEnd::Complete || upload.TotalFailures() != 0)
       throw std::runtime_error("the upload did not go through in one go");
@@ -81,6 +81,7 @@ class Uploader {
  private:
   LinkState link_;
   HistoryBuffer buffer_;
+  NoBlockSink sink_;
   QtMessageLoop loop_;
   QtSerialPort port_;
   CountingPort counted_;

@@ -58,8 +58,8 @@ Program::Program(ProgramEnvironment environment, const SystemLocale& locale)
       pollLoop_(logger_, window_, loop_, words_),
       session_(logger_, comm_, pollLoop_, window_, messages_, loop_,
                [this] { ShowConnectDialog(); }),
-      imageImport_(link_, settings_, display_, window_, history_, messages_, fileDialogs_, loop_,
-                   environment_.AppPath,
+      imageImport_(link_, settings_, display_, window_, history_, archive_, messages_, fileDialogs_,
+                   loop_, environment_.AppPath,
                    {.AskChoice = [this] { return AskImportChoice(); },
                     // Its count goes on: a wait under an import has to end.
                     .StopTimer1 = [this] { pollLoop_.SetPaused(true); },
@@ -224,7 +224,8 @@ void Program::GetHistory() {
 }
 
 QString Program::ShowUpload(std::int32_t totalRecords) {
-  frmGetHistoryData dialog(history_, commands_, comm_, link_, messages_, totalRecords, &window_);
+  frmGetHistoryData dialog(history_, commands_, comm_, link_, messages_, archive_, totalRecords,
+                           &window_);
   dialog.exec();
   return dialog.UploadState();
 }

@@ -15,6 +15,7 @@
 #include "base/Clock.h"
 #include "base/QtMessageLoop.h"
 #include "base/SystemLocale.h"
+#include "history/BlockSink.h"
 #include "history/HistoryBuffer.h"
 #include "history/ImageImport.h"
 #include "link/Comm.h"
@@ -106,6 +107,7 @@ class Program {
   RecentFiles recentFiles_;
   QString csvDateTimeSingleColumn_;
   PersistedSettings store_;
+  NoBlockSink archive_;
 
   PortMap ports_;
   QtMessageLoop loop_;

@@ -45,6 +45,9 @@ class HistoryUpload {
   /// The block to ask for now. The very first request asks for the first block, and never again.
   HistoryBlock NextRequest();
 
+  /// True for a good reply that TakeBlock is going to find doubtful.
+  bool LooksLikeACopy(const Reply& reply) const;
+
   /// Decodes and stores the records of a good reply.
   ///
   /// The time stamps move on, so no block equals the one before it. When the answer to "next" does,
@@ -69,7 +72,6 @@ class HistoryUpload {
   std::int32_t TotalFailures() const { return totalFailures_; }
 
  private:
-  bool LooksLikeACopy(const Reply& reply) const;
   bool Store(const Reply& reply, int count);
 
   const LinkState& link_;

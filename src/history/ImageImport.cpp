@@ -1,6 +1,7 @@
 #include "history/ImageImport.h"
 
 #include <QFile>
+#include <QScopeGuard>
 #include <QScopedValueRollback>
 #include <algorithm>
 #include <array>
@@ -46,21 +47,38 @@ bool IsErased(std::span<const std::uint8_t> page, int offset) {
   return std::all_of(time.begin(), time.end(), [](std::uint8_t b) { return b == kErased; });
 }
 
-// Gives false at erased memory and when the buffer is full. The bytes given are those of the file,
-// so a page that the file cuts has fewer records.
-bool TakePage(std::span<const std::uint8_t> page, const LinkState& link, HistoryBuffer& buffer) {
+// The records of a page ahead of erased memory. The bytes given are those of the file, so a page
+// that the file cuts has fewer.
+int CountRecords(std::span<const std::uint8_t> page, int size) {
+  const int most = std::min(RecordsPerArea(size), static_cast<int>(page.size()) / size);
+  int count = 0;
+  while (count < most && !IsErased(page, count * size)) ++count;
+  return count;
+}
+
+// A page as a block: the number of its records, and its 240 bytes.
+std::array<std::uint8_t, kHistoryReplySize> BlockOf(std::span<const std::uint8_t> page, int count) {
+  std::array<std::uint8_t, kHistoryReplySize> block;
+  block.fill(kErased);
+  block[0] = static_cast<std::uint8_t>(count);
+  std::copy_n(page.begin(), std::min<std::size_t>(page.size(), kRecordAreaSize), block.begin() + 1);
+  return block;
+}
+
+// Gives false at erased memory and when the buffer is full.
+bool TakePage(std::span<const std::uint8_t> page, const LinkState& link, HistoryBuffer& buffer,
+              BlockSink& sink) {
   const int words = link.AnalogChannelCount + link.PulseChannelCount;
   const int size = RecordSize(link.AnalogChannelCount, link.PulseChannelCount);
-  for (int k = 0; k < RecordsPerArea(size); ++k) {
-    const int offset = k * size;
-    if (offset + size > static_cast<int>(page.size())) return true;
-    if (IsErased(page, offset)) return false;
+  const int count = CountRecords(page, size);
+  if (count > 0) sink.TakeBlock(BlockOf(page, count));
+  for (int k = 0; k < count; ++k) {
     LiveSample record;
-    DecodeRecord(link, page, offset, words, record);
+    DecodeRecord(link, page, k * size, words, record);
     buffer.Append(record);
     if (buffer.IsFull()) return false;
   }
-  return true;
+  return count == RecordsPerArea(size);
 }
 
 /// Timer1 stands still from Stop to the end, and runs afterwards in any case.
@@ -98,25 +116,27 @@ ConfigImage ReadImageConfiguration(QIODevice& file) {
   return image;
 }
 
-void ReadImageRecords(QIODevice& file, const LinkState& link, HistoryBuffer& buffer) {
+void ReadImageRecords(QIODevice& file, const LinkState& link, HistoryBuffer& buffer,
+                      BlockSink& sink) {
   buffer.Clear();
   std::array<std::uint8_t, kPageSize> page{};
   for (int number = kFirstDataPage; number < kPageCount; ++number) {
     const int count = ReadUpTo(file, page);
     const auto bytes = std::span<const std::uint8_t>(page).first(static_cast<std::size_t>(count));
-    if (!TakePage(bytes, link, buffer) || count < kPageSize) return;
+    if (!TakePage(bytes, link, buffer, sink) || count < kPageSize) return;
   }
 }
 
 ImageImport::ImageImport(LinkState& link, LoggerSettings& settings, LiveDisplay& display,
-                         MainScreen& screen, HistoryBuffer& buffer, Messages& messages,
-                         FileDialogs& dialogs, const MessageLoop& loop, QString appPath,
-                         ImportScreens screens)
+                         MainScreen& screen, HistoryBuffer& buffer, BlockSink& sink,
+                         Messages& messages, FileDialogs& dialogs, const MessageLoop& loop,
+                         QString appPath, ImportScreens screens)
     : link_(link),
       settings_(settings),
       display_(display),
       screen_(screen),
       buffer_(buffer),
+      sink_(sink),
       messages_(messages),
       dialogs_(dialogs),
       loop_(loop),
@@ -153,10 +173,18 @@ bool ImageImport::Load(const QString& path, const ImportChoice& choice) {
   display_.RefreshMainScreen();
   screen_.SetCaption(u"lblLoggerName"_s, settings_.LoggerName);
   if (choice.LaunchSetup) ShowSetup();
-  ReadImageRecords(file, link_, buffer_);
+  KeepAndReadRecords(file, path);
   file.close();
   Report(choice);
   return true;
+}
+
+void ImageImport::KeepAndReadRecords(QFile& file, const QString& path) {
+  sink_.Begin({.Kind = UploadKind::Image, .Source = path});
+  auto failed = qScopeGuard([this] { sink_.End(UploadEnd::Failed); });
+  ReadImageRecords(file, link_, buffer_, sink_);
+  failed.dismiss();
+  sink_.End(buffer_.IsFull() ? UploadEnd::BufferFull : UploadEnd::Complete);
 }
 
 // The setup screen frees the link when it opens and takes it when it closes, for a reading of the

@@ -8,12 +8,14 @@
 #include "base/MainScreen.h"
 #include "base/MessageLoop.h"
 #include "base/Messages.h"
+#include "history/BlockSink.h"
 #include "history/HistoryBuffer.h"
 #include "link/LinkState.h"
 #include "measure/LiveDisplay.h"
 #include "settings/LoggerSettings.h"
 #include "settings/config.h"
 
+class QFile;
 class QIODevice;
 
 namespace tessmar {
@@ -40,8 +42,10 @@ ConfigImage ReadImageConfiguration(QIODevice& file);
 /// Reads the data pages behind the configuration into the buffer, which is emptied first, as
 /// records of the shape given by the channel counts. The walk ends at erased memory, behind the
 /// last page, at the end of the file (a cut record is left out) or when the buffer is full. Throws
-/// FileFault when the file cannot be read.
-void ReadImageRecords(QIODevice& file, const LinkState& link, HistoryBuffer& buffer);
+/// FileFault when the file cannot be read. Each page with records goes to the sink as a block,
+/// before it is decoded; a cut record at the end of the file is no part of it.
+void ReadImageRecords(QIODevice& file, const LinkState& link, HistoryBuffer& buffer,
+                      BlockSink& sink);
 
 /// What the import asks of the screens around it.
 struct ImportScreens {
@@ -58,9 +62,10 @@ struct ImportScreens {
 /// Needs no connection.
 class ImageImport {
  public:
+  /// @param sink  takes the pages as they are read.
   /// @param appPath  the folder that the file dialog begins in, without a trailing separator.
   ImageImport(LinkState& link, LoggerSettings& settings, LiveDisplay& display, MainScreen& screen,
-              HistoryBuffer& buffer, Messages& messages, FileDialogs& dialogs,
+              HistoryBuffer& buffer, BlockSink& sink, Messages& messages, FileDialogs& dialogs,
               const MessageLoop& loop, QString appPath, ImportScreens screens);
 
   void LoadLoggerImageFile();
@@ -68,6 +73,7 @@ class ImageImport {
  private:
   std::optional<QString> AskFile();
   bool Load(const QString& path, const ImportChoice& choice);
+  void KeepAndReadRecords(QFile& file, const QString& path);
   void ShowSetup();
   void Report(const ImportChoice& choice);
 
@@ -76,6 +82,7 @@ class ImageImport {
   LiveDisplay& display_;
   MainScreen& screen_;
   HistoryBuffer& buffer_;
+  BlockSink& sink_;
   Messages& messages_;
   FileDialogs& dialogs_;
   const MessageLoop& loop_;

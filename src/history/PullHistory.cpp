@@ -1,5 +1,7 @@
 #include "history/PullHistory.h"
 
+#include <QScopeGuard>
+
 #include "base/Fault.h"
 
 namespace tessmar {
@@ -35,19 +37,19 @@ void LetLineGoQuiet(Comm& comm, const LinkState& link, const UploadWatcher& watc
   });
 }
 
-Verdict AskForBlock(HistoryUpload& upload, LoggerCommands& commands) {
+Verdict AskForBlock(HistoryUpload& upload, LoggerCommands& commands, BlockSink& sink) {
   HistoryUpload::Reply reply{};
   reply[0] = kNothingReceived;
-  if (commands.GetHistoryBlock(upload.NextRequest(), reply)) return upload.TakeBlock(reply);
-  return upload.TakeFailure(reply[0] != kNothingReceived);
+  if (!commands.GetHistoryBlock(upload.NextRequest(), reply))
+    return upload.TakeFailure(reply[0] != kNothingReceived);
+  if (!upload.LooksLikeACopy(reply)) sink.TakeBlock(reply);
+  return upload.TakeBlock(reply);
 }
 
-}  // namespace
-
-UploadEnd PullHistory(HistoryUpload& upload, LoggerCommands& commands, Comm& comm,
-                      const LinkState& link, const UploadWatcher& watcher) {
+UploadEnd PullBlocks(HistoryUpload& upload, LoggerCommands& commands, Comm& comm,
+                     const LinkState& link, const UploadWatcher& watcher, BlockSink& sink) {
   for (;;) {
-    switch (AskForBlock(upload, commands)) {
+    switch (AskForBlock(upload, commands, sink)) {
       case Verdict::GoOn:
         watcher.Changed();
         if (upload.MustGoQuiet()) LetLineGoQuiet(comm, link, watcher);
@@ -69,6 +71,18 @@ UploadEnd PullHistory(HistoryUpload& upload, LoggerCommands& commands, Comm& com
     }
     if (!watcher.Running()) return UploadEnd::Cancelled;
   }
+}
+
+}  // namespace
+
+UploadEnd PullHistory(HistoryUpload& upload, LoggerCommands& commands, Comm& comm,
+                      const LinkState& link, const UploadWatcher& watcher, BlockSink& sink) {
+  sink.Begin({.Kind = UploadKind::History, .Promised = upload.TotalRecords()});
+  auto failed = qScopeGuard([&sink] { sink.End(UploadEnd::Failed); });
+  const UploadEnd end = PullBlocks(upload, commands, comm, link, watcher, sink);
+  failed.dismiss();
+  sink.End(end);
+  return end;
 }
 
 }  // namespace tessmar

@@ -23,14 +23,15 @@ constexpr qint64 kShowEveryMs = 40;
 }  // namespace
 
 frmGetHistoryData::frmGetHistoryData(HistoryBuffer& buffer, LoggerCommands& commands, Comm& comm,
-                                     LinkState& link, Messages& messages, std::int32_t totalRecords,
-                                     QWidget* parent)
+                                     LinkState& link, Messages& messages, BlockSink& sink,
+                                     std::int32_t totalRecords, QWidget* parent)
     : QDialog(parent),
       buffer_(buffer),
       commands_(commands),
       comm_(comm),
       link_(link),
       messages_(messages),
+      sink_(sink),
       uploadState_(UploadStates::kStarting),
       totalRecords_(totalRecords),
       recordsPrefix_(GetText(TextId::Records) + u' '),
@@ -107,7 +108,8 @@ UploadEnd frmGetHistoryData::Pull() {
                      {[self] { return !self.isNull() && self->IsRunning(); },
                       [self, &upload] {
                         if (!self.isNull()) self->ShowProgress(upload);
-                      }});
+                      }},
+                     sink_);
 }
 
 void frmGetHistoryData::ShowProgress(const HistoryUpload& upload) {

@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "base/Messages.h"
+#include "history/BlockSink.h"
 #include "history/HistoryBuffer.h"
 #include "history/HistoryUpload.h"
 #include "link/Comm.h"
@@ -22,9 +23,11 @@ namespace tessmar {
 /// enabled.
 class frmGetHistoryData : public QDialog {
  public:
+  /// @param sink  takes the blocks as they come.
   /// @param totalRecords  as the status reply gave it.
   frmGetHistoryData(HistoryBuffer& buffer, LoggerCommands& commands, Comm& comm, LinkState& link,
-                    Messages& messages, std::int32_t totalRecords, QWidget* parent = nullptr);
+                    Messages& messages, BlockSink& sink, std::int32_t totalRecords,
+                    QWidget* parent = nullptr);
 
   /// "Starting", "Running", "Cancel" or "Okay"; an upload that failed leaves "Running".
   const QString& UploadState() const { return uploadState_; }
@@ -50,6 +53,7 @@ class frmGetHistoryData : public QDialog {
   Comm& comm_;
   LinkState& link_;
   Messages& messages_;
+  BlockSink& sink_;
 
   QString uploadState_;
   std::int32_t totalRecords_;

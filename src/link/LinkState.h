@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <cstdint>
+#include <optional>
 
 #include "base/Fault.h"
 
@@ -31,6 +32,10 @@ struct LinkState : FaultPolicy {
   std::uint8_t FirmwareVersion = 0;
   bool SampleOnDemandSupported = false;
   std::int16_t LoggerModelCode = 0;  ///< 220 is the model with relays.
+
+  /// Seconds by which the logger's clock was ahead of the computer's when it was read last; nothing
+  /// while it has not been read since the connection, or had no possible time.
+  std::optional<std::int32_t> ClockOffsetS;
 
   QString LoggerTimeText;    ///< Shown in lblDateTime.
   QString LoggingStateText;  ///< Shown in lblLoggingState.

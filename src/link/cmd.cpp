@@ -2,6 +2,7 @@
 
 #include <QDate>
 #include <algorithm>
+#include <cmath>
 
 #include "base/Fault.h"
 #include "base/Numbers.h"
@@ -12,6 +13,7 @@ namespace {
 
 constexpr int kUsualRetries = 2;
 constexpr int kReadPasses = 2;
+constexpr double kMillisecondsPerSecond = 1000;
 constexpr int kHandshakePasses = 10;
 
 /// Erasing the whole flash memory takes up to 45 seconds.
@@ -139,6 +141,17 @@ bool LoggerCommands::SetLoggerTime(const QString& text) {
   });
 }
 
+// Both clocks show local time, so that what lies between them is none of the time zone's affair.
+void LoggerCommands::NoteClock(const QDate& date, std::span<const std::uint8_t, 7> clock) {
+  const QTime time(FromBcd(HoursForText(clock[2])), FromBcd(clock[1]), FromBcd(clock[0]));
+  link_.ClockOffsetS.reset();
+  if (!date.isValid() || !time.isValid()) return;
+  const QDateTime now = clock_.Now();
+  const qint64 ms = QDateTime(now.date(), now.time(), Qt::UTC).msecsTo({date, time, Qt::UTC});
+  const double seconds = std::round(static_cast<double>(ms) / kMillisecondsPerSecond);
+  if (std::abs(seconds) <= INT32_MAX) link_.ClockOffsetS = static_cast<std::int32_t>(seconds);
+}
+
 QString LoggerCommands::GetLoggerTime() {
   constexpr std::array kRequest{Code(Opcode::GetLoggerTime)};
   std::array<std::uint8_t, 7> clock{};
@@ -146,6 +159,7 @@ QString LoggerCommands::GetLoggerTime() {
     return QStringLiteral("00/00/00 00:00:00");
   }
   const QDate date = CarriedDate(2000 + FromBcd(clock[6]), FromBcd(clock[5]), FromBcd(clock[4]));
+  NoteClock(date, clock);
   return locale_.StampDate(date) + u' ' + BcdToText(HoursForText(clock[2])) + u':' +
          BcdToText(clock[1]) + u':' + BcdToText(clock[0]);
 }

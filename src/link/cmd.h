@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDate>
 #include <QString>
 #include <array>
 #include <cstdint>
@@ -61,7 +62,8 @@ class LoggerCommands {
 
   /// Sets the logger's clock from a text "MM/dd/yy hh:mm:ss", with an optional " AM" or " PM".
   bool SetLoggerTime(const QString& text);
-  /// The logger's clock as text; "00/00/00 00:00:00" on any failure.
+  /// The logger's clock as text; "00/00/00 00:00:00" on any failure. Sets ClockOffsetS when it has
+  /// been read.
   QString GetLoggerTime();
   /// Sets RecordCount, LoggerStatusWord and LoggingStateText.
   bool GetLoggerStatus();
@@ -99,6 +101,7 @@ class LoggerCommands {
   bool GetHistoryBlock(HistoryBlock which, std::array<std::uint8_t, kHistoryReplySize>& reply);
 
  private:
+  void NoteClock(const QDate& date, std::span<const std::uint8_t, 7> clock);
   bool Send(std::span<const std::uint8_t> payload, int retries);
   bool SendForDone(std::span<const std::uint8_t> payload, std::int16_t ticks);
   bool ExchangeLetter(std::uint8_t letter, std::uint8_t answer);

@@ -3,6 +3,8 @@
 #include <QScopeGuard>
 #include <QScopedValueRollback>
 #include <array>
+#include <span>
+#include <vector>
 
 #include "base/Fault.h"
 #include "measure/Sample.h"
@@ -110,6 +112,7 @@ void PollLoop::SwitchSampling() {
   const auto box = u"chkSampleContinuously"_s;
   if (!screen_.IsChecked(box)) {
     link_.SampleContinuously = false;
+    StopKeeping();
     return;
   }
   if (!link_.Connected) {
@@ -191,16 +194,35 @@ void PollLoop::RequestSample() {
     case SampleAnswer::NoSample:
       logger_.Display.PushLiveSample(LiveSample::NoSample());
       break;
-    case SampleAnswer::Sample: {
-      CompactSampleReply(reply, link_.AnalogChannelCount, link_.PulseChannelCount);
-      LiveSample sample;
-      DecodeRecord(link_, reply, 0, kSampleValues, sample);
-      logger_.Display.PushLiveSample(sample);
+    case SampleAnswer::Sample:
+      TakeSample(reply);
       break;
-    }
   }
   if (link_.SampleContinuously) logger_.Commands.GetLoggerStatus();
   link_.SingleSampleRequested = false;
+}
+
+void PollLoop::TakeSample(std::span<std::uint8_t, kSampleReplySize> reply) {
+  CompactSampleReply(reply, link_.AnalogChannelCount, link_.PulseChannelCount);
+  if (link_.SampleContinuously) Keep(reply);
+  LiveSample sample;
+  DecodeRecord(link_, reply, 0, kSampleValues, sample);
+  logger_.Display.PushLiveSample(sample);
+}
+
+void PollLoop::Keep(std::span<const std::uint8_t> compacted) {
+  if (sink_ == nullptr) return;
+  if (!keeping_) sink_->Begin({.Kind = UploadKind::Live});
+  keeping_ = true;
+  const int size = RecordSize(link_.AnalogChannelCount, link_.PulseChannelCount);
+  std::vector<std::uint8_t> block{1};
+  block.insert(block.end(), compacted.begin(), compacted.begin() + size);
+  sink_->TakeBlock(block);
+}
+
+void PollLoop::StopKeeping() {
+  if (keeping_) sink_->End(UploadEnd::Complete);
+  keeping_ = false;
 }
 
 void PollLoop::GetSample() {

@@ -4,6 +4,8 @@
 
 #include "base/MainScreen.h"
 #include "base/MessageLoop.h"
+#include "history/BlockSink.h"
+#include "measure/Sample.h"
 #include "session/ConnectionWords.h"
 #include "session/LiveLogger.h"
 
@@ -36,6 +38,13 @@ class PollLoop {
   /// begin; a ticked box has its effect afterwards.
   void HoldSampling(bool held) { samplingHeld_ = held; }
 
+  /// Every sample of continuous sampling goes to the sink from now on, each run as an upload of its
+  /// own that begins with its first sample. The sink outlives this.
+  void KeepSamples(BlockSink& sink) { sink_ = &sink; }
+
+  /// Ends the upload of a run that the end of the program has cut off.
+  void StopKeeping();
+
   /// Counts time for all waits, moves the state into labels and controls, paints the meters.
   void Timer1Tick();
 
@@ -54,12 +63,16 @@ class PollLoop {
   void DisableWhileSampling();
   void RunSamplingStep();
   void RequestSample();
+  void TakeSample(std::span<std::uint8_t, kSampleReplySize> reply);
+  void Keep(std::span<const std::uint8_t> compacted);
 
   LiveLogger logger_;
   LinkState& link_;
   MainScreen& screen_;
   MessageLoop& loop_;
   const ConnectionWords& words_;
+  BlockSink* sink_ = nullptr;
+  bool keeping_ = false;  ///< An upload of live samples is open at the sink.
   bool underConstruction_ = true;
   bool paused_ = false;
   bool samplingHeld_ = false;

@@ -61,6 +61,7 @@ void Session::ForgetLogger() {
     screen_.SetCaption(label, QString());
   }
   link_.RecordCount = 0;
+  link_.ClockOffsetS.reset();
   logger_.Display.HideChannels();
 }
 

@@ -8,6 +8,7 @@
 
 #include "base/Fault.h"
 #include "measure/LiveDisplay.h"
+#include "support/FakeBlockSink.h"
 #include "support/FakeMessageLoop.h"
 #include "support/FakeOutside.h"
 
@@ -105,7 +106,7 @@ class ReadRecords : public testing::Test {
     QByteArray bytes = QByteArray::fromStdString(image.Bytes().substr(kConfiguration));
     QBuffer file(&bytes);
     file.open(QIODevice::ReadOnly);
-    ReadImageRecords(file, LinkWith(analog, pulse), buffer_);
+    ReadImageRecords(file, LinkWith(analog, pulse), buffer_, sink_);
   }
   // True when the buffer holds the records 1 to count.
   bool Holds(int count) const {
@@ -117,6 +118,7 @@ class ReadRecords : public testing::Test {
     return true;
   }
   HistoryBuffer buffer_;
+  test::FakeBlockSink sink_;
 };
 
 TEST_F(ReadRecords, TenRecordsOfTenChannelsFillAPage) {
@@ -248,8 +250,8 @@ class Import : public testing::Test {
     RunWithDialogs();
   }
   void RunWithDialogs() {
-    ImageImport import(link_, settings_, display_, screen_, buffer_, messages_, dialogs_, loop_,
-                       u"/opt/app"_s,
+    ImageImport import(link_, settings_, display_, screen_, buffer_, sink_, messages_, dialogs_,
+                       loop_, u"/opt/app"_s,
                        {[this]() -> std::optional<ImportChoice> { return choice_; },
                         [this] { Note("stop"); }, [this] { Note("start"); },
                         [this](bool mayProgram) {
@@ -277,6 +279,7 @@ class Import : public testing::Test {
   SystemLocale locale_{QLocale(QLocale::English, QLocale::UnitedStates)};
   LiveDisplay display_{link_, settings_, ring_, screen_, locale_};
   HistoryBuffer buffer_;
+  test::FakeBlockSink sink_;
   test::FakeMessages messages_;
   test::FakeFileDialogs dialogs_;
   test::FakeMessageLoop loop_{link_};
@@ -421,6 +424,34 @@ TEST_F(Import, AWholeMemoryOfSmallRecordsIsTaken) {
   Store(image);
   Run();
   EXPECT_EQ(Said(), QStringList{u"163520 records recovered/64"_s});
+}
+
+TEST_F(ReadRecords, EachPageWithRecordsIsKeptAsABlock) {
+  Image image;
+  image.AddPage(10, 10, 'j');
+  image.AddPage(3, 10);
+  Read(image, 8, 2);
+  ASSERT_EQ(sink_.Blocks.size(), 2U);
+  ASSERT_EQ(sink_.Blocks[0].size(), 241U);
+  EXPECT_EQ(sink_.Blocks[0][0], 10);
+  const std::string bytes = image.Bytes();
+  for (std::size_t i = 0; i < 240; ++i) {
+    ASSERT_EQ(sink_.Blocks[0][1 + i], static_cast<std::uint8_t>(bytes[kConfiguration + i]));
+    ASSERT_EQ(sink_.Blocks[1][1 + i], static_cast<std::uint8_t>(bytes[kConfiguration + kPage + i]));
+  }
+  EXPECT_EQ(sink_.Blocks[1][0], 3);
+}
+
+TEST_F(Import, TellsWhatItKeepsFromTheFirstPageToTheEnd) {
+  Image image;
+  image.AddPage(20, 4);
+  image.AddPage(2, 4);
+  Store(image);
+  Run();
+  EXPECT_EQ(sink_.Log, (std::vector<std::string>{"begin", "block", "block", "end"}));
+  EXPECT_EQ(sink_.Starts.at(0).Kind, UploadKind::Image);
+  EXPECT_TRUE(sink_.Starts.at(0).Source.endsWith(u".bin"_s));
+  EXPECT_EQ(sink_.Ends.at(0), UploadEnd::Complete);
 }
 
 TEST_F(Import, AFullBufferIsSaidBeforeTheRecordsAre) {

@@ -8,6 +8,7 @@ namespace tessmar {
 namespace {
 
 using sim::FailureMode;
+using test::Bytes;
 using test::UploadRig;
 
 class Pull : public testing::Test {
@@ -174,6 +175,69 @@ TEST_F(Pull, ALineThatNeverGoesQuietDoesNotHoldTheUploadForEver) {
   rig.Loop.At(1600, babble);
   EXPECT_EQ(rig.Pull(), UploadEnd::Complete);
   EXPECT_EQ(rig.Received(), rig.Stored(25));
+}
+
+// The block replies as the logger sent them, made here from its stored records.
+std::vector<Bytes> BlocksOf(const UploadRig& rig, int records) {
+  std::vector<Bytes> blocks;
+  for (int first = 0; first <= records; first += 10) {
+    Bytes block(1, static_cast<std::uint8_t>(std::min(10, records - first)));
+    for (int i = first; i < std::min(first + 10, records); ++i)
+      rig.Logger.Records().AppendRecord(block, i);
+    blocks.push_back(block);
+  }
+  return blocks;
+}
+
+TEST_F(Pull, EveryBlockGoesToTheSinkBeforeItIsDecoded) {
+  UploadRig rig({.Records = 25}, buffer_);
+  std::vector<int> countAtBlock;
+  rig.Sink.OnBlock = [&] { countAtBlock.push_back(buffer_.Count()); };
+  rig.Pull();
+  EXPECT_EQ(countAtBlock, (std::vector{0, 10, 20}));
+  EXPECT_EQ(rig.Sink.Log, (std::vector<std::string>{"begin", "block", "block", "block", "end"}));
+  EXPECT_EQ(rig.Sink.Starts.at(0).Kind, UploadKind::History);
+  EXPECT_EQ(rig.Sink.Starts.at(0).Promised, 25);
+  EXPECT_EQ(rig.Sink.Ends.at(0), UploadEnd::Complete);
+  const std::vector<Bytes> sent = BlocksOf(rig, 25);
+  for (std::size_t i = 0; i < sent.size(); ++i) {
+    ASSERT_EQ(rig.Sink.Blocks.at(i).size(), 241U);
+    EXPECT_TRUE(std::equal(sent[i].begin(), sent[i].end(), rig.Sink.Blocks[i].begin())) << i;
+  }
+}
+
+TEST_F(Pull, AnEmptyLastBlockIsKeptToo) {
+  UploadRig rig({.Records = 10}, buffer_);
+  rig.Pull();
+  ASSERT_EQ(rig.Sink.Blocks.size(), 2U);
+  EXPECT_EQ(rig.Sink.Blocks[1][0], 0);
+}
+
+TEST_F(Pull, ABlockThatComesTwiceIsKeptOnce) {
+  UploadRig rig({.Records = 25}, buffer_);
+  rig.Logger.AddFault({.Mode = FailureMode::AnswerTwice, .Count = std::nullopt});
+  EXPECT_EQ(rig.Pull(), UploadEnd::Complete);
+  EXPECT_EQ(rig.Sink.Blocks.size(), 3U);
+}
+
+TEST_F(Pull, TheSinkIsToldHowTheUploadEnds) {
+  {
+    UploadRig rig({.Records = 25}, buffer_);
+    rig.Logger.AddFault(FailureMode::CorruptCheck);
+    rig.Pull();
+    EXPECT_EQ(rig.Sink.Log, (std::vector<std::string>{"begin", "end"}));
+    EXPECT_EQ(rig.Sink.Ends.at(0), UploadEnd::Failed);
+  }
+  UploadRig rig({.Records = 25}, buffer_);
+  rig.Pull({[] { return false; }, [] {}});
+  EXPECT_EQ(rig.Sink.Log, (std::vector<std::string>{"begin", "block", "end"}));
+  EXPECT_EQ(rig.Sink.Ends.at(0), UploadEnd::Cancelled);
+}
+
+TEST_F(Pull, AFaultThatLeavesTheUploadEndsItAtTheSinkAsFailed) {
+  UploadRig rig({.Records = 25}, buffer_);
+  EXPECT_THROW(rig.Pull({[]() -> bool { throw PortFault("gone"); }, [] {}}), PortFault);
+  EXPECT_EQ(rig.Sink.Ends, std::vector{UploadEnd::Failed});
 }
 
 }  // namespace

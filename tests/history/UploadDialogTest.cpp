@@ -21,7 +21,7 @@ class UploadDialog : public testing::Test {
  protected:
   void Make(const sim::LoggerOptions& options) {
     rig_.emplace(options, buffer_);
-    dialog_.emplace(buffer_, rig_->Commands, rig_->Channel(), rig_->Link, messages_,
+    dialog_.emplace(buffer_, rig_->Commands, rig_->Channel(), rig_->Link, messages_, rig_->Sink,
                     static_cast<std::int32_t>(options.Records));
   }
   void TearDown() override { SetTextLanguage(kLanguageEnglish); }

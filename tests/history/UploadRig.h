@@ -8,6 +8,7 @@
 #include "link/Comm.h"
 #include "link/cmd.h"
 #include "sim/SimulatedLogger.h"
+#include "support/FakeBlockSink.h"
 #include "support/FakeMessageLoop.h"
 #include "support/FakeOutside.h"
 #include "support/FakeSerialPort.h"
@@ -31,7 +32,7 @@ class UploadRig {
   /// Uploads everything. What the logger was asked for stands in Asked().
   UploadEnd Pull(const UploadWatcher& watcher) {
     Upload_.emplace(Link, Buffer, static_cast<std::int32_t>(Logger.Options().Records));
-    return PullHistory(*Upload_, Commands, Comm_, Link, watcher);
+    return PullHistory(*Upload_, Commands, Comm_, Link, watcher, Sink);
   }
   UploadEnd Pull() {
     return Pull({[] { return true; }, [] {}});
@@ -86,6 +87,7 @@ class UploadRig {
  public:
   LoggerCommands Commands{Comm_, Link, Clock, Locale};
   HistoryBuffer& Buffer;
+  FakeBlockSink Sink;
 
  private:
   std::optional<HistoryUpload> Upload_;

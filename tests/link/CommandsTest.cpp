@@ -111,6 +111,35 @@ TEST(GetLoggerTime, CarriesADayThatTheMonthDoesNotHave) {
             QStringLiteral("3/3/11 10:00:00"));
 }
 
+// The computer's clock stands at 15:05:12 on 27 December 2010.
+std::optional<std::int32_t> OffsetOf(const Bytes& clock) {
+  CommandsBench bench;
+  bench.Link.ClockOffsetS = 99;
+  bench.Answering(kAck + FrameOf(clock));
+  bench.Commands.GetLoggerTime();
+  return bench.Link.ClockOffsetS;
+}
+
+TEST(GetLoggerTime, TellsHowFarTheLoggersClockIsAhead) {
+  EXPECT_EQ(OffsetOf({0x12, 0x05, 0x15, 0x02, 0x27, 0x12, 0x10}), 0);
+  EXPECT_EQ(OffsetOf({0x24, 0x05, 0x15, 0x02, 0x27, 0x12, 0x10}), 12);
+  EXPECT_EQ(OffsetOf({0x00, 0x05, 0x15, 0x02, 0x27, 0x12, 0x10}), -12);
+  EXPECT_EQ(OffsetOf({0x12, 0x05, 0x16, 0x02, 0x28, 0x12, 0x10}), 25 * 3600);
+  // 8 PM of a logger that keeps twelve hours.
+  EXPECT_EQ(OffsetOf({0x12, 0x05, 0x68, 0x02, 0x27, 0x12, 0x10}), 5 * 3600);
+}
+
+TEST(GetLoggerTime, KnowsNoOffsetOfATimeThatCannotBe) {
+  EXPECT_EQ(OffsetOf({0x12, 0x65, 0x15, 0x02, 0x27, 0x12, 0x10}), std::nullopt);
+}
+
+TEST(GetLoggerTime, OnADeadLineLeavesTheOffsetAsItWas) {
+  CommandsBench bench;
+  bench.Link.ClockOffsetS = 99;
+  bench.Commands.GetLoggerTime();
+  EXPECT_EQ(bench.Link.ClockOffsetS, 99);
+}
+
 TEST(GetLoggerTime, OnADeadLineIsThePlaceholderAfterOneTransmission) {
   CommandsBench bench;
   EXPECT_EQ(bench.Commands.GetLoggerTime(), QStringLiteral("00/00/00 00:00:00"));

@@ -5,6 +5,7 @@
 #include "app/AppRig.h"
 #include "base/Fault.h"
 #include "session/PollLoop.h"
+#include "support/FakeBlockSink.h"
 
 namespace tessmar::test {
 namespace {
@@ -383,6 +384,59 @@ TEST_F(GetSampleTest, AFaultThatTheLoopReportsEndsTheActionToo) {
   EXPECT_EQ(reported, 1);
   EXPECT_FALSE(Link.Busy);
   EXPECT_EQ(Screen.WaitCursor, 0);
+}
+
+class KeptSamples : public Timer2Test {
+ protected:
+  KeptSamples() { Poll.KeepSamples(Sink); }
+  FakeBlockSink Sink;
+};
+
+TEST_F(KeptSamples, EachRunOfSamplingIsAnUploadOfItsSamples) {
+  Connect();
+  StartSampling();
+  Loop.RunFor(2000);
+  StopSampling();
+  Loop.RunFor(200);
+  EXPECT_EQ(Sink.Log, (std::vector<std::string>{"begin", "block", "block", "end"}));
+  EXPECT_EQ(Sink.Starts.at(0).Kind, UploadKind::Live);
+  EXPECT_EQ(Sink.Ends.at(0), UploadEnd::Complete);
+  StartSampling();
+  Loop.RunFor(1000);
+  EXPECT_EQ(Sink.Starts.size(), 2U);
+}
+
+TEST_F(KeptSamples, ASampleIsKeptInTheShapeOfAStoredRecord) {
+  Logger.Version = {3, 2, 1, 1, 0, 0, 0, 0};
+  Connect();
+  Logger.Sample = {0xDD, 0xFB, 0xF4, 0x20, 1, 0, 2, 0, 3, 0, 4,  0,
+                   5,    0,    6,    0,    7, 0, 8, 0, 9, 0, 10, 0};
+  StartSampling();
+  Loop.RunFor(1000);
+  // Two analog channels, the first slot and the last, and one pulse channel.
+  EXPECT_EQ(Sink.Blocks,
+            (std::vector<FakeBlockSink::Block>{{1, 0xDD, 0xFB, 0xF4, 0x20, 1, 0, 8, 0, 9, 0}}));
+}
+
+TEST_F(KeptSamples, ARunWithoutASampleAndASingleSampleLeaveNothing) {
+  Connect();
+  StartSampling();
+  Logger.SampleAnswer = 0xFD;
+  Loop.RunFor(1000);
+  StopSampling();
+  Loop.RunFor(200);
+  Logger.SampleAnswer = 0xFA;
+  Poll.GetSample();
+  EXPECT_TRUE(Sink.Log.empty());
+}
+
+TEST_F(KeptSamples, TheEndOfTheProgramEndsTheRun) {
+  Connect();
+  StartSampling();
+  Loop.RunFor(1000);
+  Poll.StopKeeping();
+  Poll.StopKeeping();
+  EXPECT_EQ(Sink.Log, (std::vector<std::string>{"begin", "block", "end"}));
 }
 
 TEST_F(GetSampleTest, ButtonsPressedDuringItDoNothing) {
