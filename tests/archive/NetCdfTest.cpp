@@ -1,0 +1,83 @@
+#include "archive/NetCdf.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QProcess>
+#include <QTemporaryDir>
+
+#include "archive/ExportRig.h"
+
+namespace tessmar::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+/// What ncdump says of a file, which is named "pond".
+QString Dumped(const QByteArray& bytes, const QStringList& options) {
+  const QTemporaryDir folder;
+  QFile file(folder.filePath(u"pond.nc"_s));
+  EXPECT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(bytes);
+  file.close();
+  QProcess ncdump;
+  ncdump.start(u"ncdump"_s, options + QStringList{file.fileName()});
+  EXPECT_TRUE(ncdump.waitForFinished(30000));
+  EXPECT_EQ(ncdump.readAllStandardError(), "");
+  return QString::fromUtf8(ncdump.readAllStandardOutput());
+}
+
+QByteArray Made(const ExportHead& head, std::vector<ExportRow> rows) {
+  return MakeNetCdf(head, Rows(std::move(rows)), NeverMind()).value_or(QByteArray());
+}
+
+TEST(NetCdf, DescribesItselfByTheConventions) {
+  QFile expected(QStringLiteral(TESSMAR_TEST_DATA "/pond.cdl"));
+  ASSERT_TRUE(expected.open(QIODevice::ReadOnly));
+  EXPECT_EQ(Dumped(Made(PondHead(), PondRows()), {u"-h"_s}).toStdString(),
+            expected.readAll().toStdString());
+}
+
+TEST(NetCdf, HoldsTheRecordsInTheLoggersOrder) {
+  const QString dump = Dumped(Made(PondHead(), PondRows()),
+                              {u"-v"_s, u"time,time_corrected,a1,a3,p1,disagreement,row_size"_s});
+  const std::string expected =
+      "data:\n\n"
+      " a1 = 8.5, _, -0.25 ;\n\n"
+      " a3 = 120, 0, 65535 ;\n\n"
+      " disagreement = 0, 0, 1 ;\n\n"
+      " p1 = 3, 0, 1 ;\n\n"
+      " row_size = 3 ;\n\n"
+      " time = 1774749599, 1774749600, 1774746000 ;\n\n"
+      " time_corrected = 1774749612.25, _, _ ;\n"
+      "}\n";
+  EXPECT_EQ(dump.mid(dump.indexOf(u"data:"_s)).toStdString(), expected);
+}
+
+TEST(NetCdf, HoldsMoreRecordsThanOnePiece) {
+  ExportHead head;
+  head.Columns = {{u"a1"_s, {}, {}, 0, {}}};
+  std::vector<ExportRow> rows(70001);
+  for (std::size_t i = 0; i < rows.size(); ++i) rows[i].Values[0] = static_cast<double>(i);
+  const QString dump = Dumped(Made(head, rows), {u"-v"_s, u"a1"_s});
+  EXPECT_TRUE(dump.contains(u"obs = UNLIMITED ; // (70001 currently)"_s));
+  QStringList expected;
+  for (int i = 0; i <= 70000; ++i) expected.append(QString::number(i));
+  const qsizetype data = dump.indexOf(u" a1 = "_s) + 6;
+  EXPECT_EQ(dump.mid(data, dump.indexOf(u" ;"_s, data) - data).simplified(),
+            expected.join(u", "_s));
+}
+
+TEST(NetCdf, OfNothingIsAFileWithoutRecords) {
+  const QString dump = Dumped(Made({}, {}), {u"-h"_s});
+  EXPECT_TRUE(dump.contains(u"obs = UNLIMITED ; // (0 currently)"_s)) << dump.toStdString();
+}
+
+TEST(NetCdf, IsBrokenOffByTheProgress) {
+  EXPECT_EQ(MakeNetCdf(PondHead(), Rows(std::vector<ExportRow>(5000)),
+                       [](std::int64_t) { return false; }),
+            std::nullopt);
+}
+
+}  // namespace
+}  // namespace tessmar::test
