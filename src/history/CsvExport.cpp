@@ -1,14 +1,17 @@
 #include "history/CsvExport.h"
 
-#include <QFile>
+#include <QIODevice>
 #include <algorithm>
 #include <array>
 #include <cstring>
+#include <functional>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "base/Fault.h"
 #include "base/TextTable.h"
+#include "base/WholeFile.h"
 #include "measure/Sample.h"
 
 namespace tessmar {
@@ -19,10 +22,13 @@ using namespace Qt::StringLiterals;
 constexpr QLatin1StringView kSeparator{", "};
 constexpr std::int32_t kProgressStep = 4096;
 
-/// Collects the text and hands it to the device in big pieces.
+/// Takes a piece of the file, or throws FileFault.
+using Sink = std::function<void(QByteArrayView)>;
+
+/// Collects the text and hands it on in big pieces.
 class Chunks {
  public:
-  explicit Chunks(QIODevice& device) : device_(device), bytes_(kSize) {}
+  explicit Chunks(Sink sink) : sink_(std::move(sink)), bytes_(kSize) {}
 
   void Add(std::string_view text) {
     char* const room = Room(static_cast<int>(text.size()));
@@ -44,18 +50,17 @@ class Chunks {
   void Took(int size) { used_ += static_cast<std::size_t>(size); }
 
   void Flush() {
-    const auto size = static_cast<qint64>(used_);
-    if (device_.write(bytes_.data(), size) != size) throw FileFault("the CSV file was not written");
+    sink_({bytes_.data(), static_cast<qsizetype>(used_)});
     used_ = 0;
     ++flushes_;
   }
-  /// How often what was collected has gone to the device, and its room is used anew.
+  /// How often what was collected has been handed on, and its room is used anew.
   int Flushes() const { return flushes_; }
 
  private:
   static constexpr std::size_t kSize = std::size_t{256} * 1024;
 
-  QIODevice& device_;
+  Sink sink_;
   std::vector<char> bytes_;
   std::size_t used_ = 0;
   int flushes_ = 0;
@@ -178,11 +183,8 @@ class RowCells {
   std::vector<Last> last_;
 };
 
-}  // namespace
-
-void WriteCsv(QIODevice& device, const HistoryTable& table, const CsvHead& head,
-              const CsvProgress& progress) {
-  Chunks chunks(device);
+void WriteTable(Chunks chunks, const HistoryTable& table, const CsvHead& head,
+                const CsvProgress& progress) {
   WriteHead(chunks, table, head);
   RowTimes times(table.Locale(), head.SingleColumn);
   RowCells cells(table);
@@ -210,12 +212,22 @@ void WriteCsv(QIODevice& device, const HistoryTable& table, const CsvHead& head,
   chunks.Flush();
 }
 
+}  // namespace
+
+void WriteCsv(QIODevice& device, const HistoryTable& table, const CsvHead& head,
+              const CsvProgress& progress) {
+  const Sink sink = [&device](QByteArrayView bytes) {
+    if (device.write(bytes.data(), bytes.size()) != bytes.size())
+      throw FileFault("the CSV file was not written");
+  };
+  WriteTable(Chunks(sink), table, head, progress);
+}
+
 void SaveCsv(const QString& path, const HistoryTable& table, const CsvHead& head,
              const CsvProgress& progress) {
-  QFile file(path);
-  if (!file.open(QIODevice::WriteOnly | QIODevice::Truncate | QIODevice::Unbuffered))
-    throw FileFault("the CSV file cannot be opened");
-  WriteCsv(file, table, head, progress);
+  WholeFile file(path);
+  WriteTable(Chunks([&file](QByteArrayView bytes) { file.Write(bytes); }), table, head, progress);
+  file.Commit();
 }
 
 }  // namespace tessmar

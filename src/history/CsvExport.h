@@ -27,8 +27,8 @@ using CsvProgress = std::function<void(std::int32_t row)>;
 void WriteCsv(QIODevice& device, const HistoryTable& table, const CsvHead& head,
               const CsvProgress& progress);
 
-/// The same into a file, which is made anew. Throws FileFault when it cannot be opened or written;
-/// what was written until then stays.
+/// The same into a file, which is replaced whole or not at all. Throws FileTrouble, which says why
+/// not; the old file is as it was then.
 void SaveCsv(const QString& path, const HistoryTable& table, const CsvHead& head,
              const CsvProgress& progress);
 

@@ -192,23 +192,34 @@ void frmHistory::cmdSave_Click() {
                               .DefaultExtension = u".csv"_s,
                               .ConfirmOverwrite = true});
   if (self.isNull()) return;
-  if (path) SaveTable(*path);
+  const std::optional<FileTrouble> trouble = path ? SaveTable(*path) : std::nullopt;
+  if (trouble) {
+    parts_.Message.MsgBox(GetText(TextId::FileNotSaved) + u"\r\n\r\n"_s + trouble->Text(),
+                          kOkOnly | kCritical, GetText(TextId::SaveToFileTitle));
+    if (self.isNull()) return;
+  }
   cmdOK_->setFocus();
 }
 
-void frmHistory::SaveTable(const QString& path) {
-  if (model_.Table() == nullptr) return;
+std::optional<FileTrouble> frmHistory::SaveTable(const QString& path) {
+  if (model_.Table() == nullptr) return std::nullopt;
   const WaitCursorScope waitCursor(parts_.Screen);
   ShowBar(1, std::max(model_.rowCount(), 2));
-  // A file that cannot be written is not reported; what was written of it stays.
+  std::optional<FileTrouble> trouble;
   Trapped(parts_.Link, [&] {
-    SaveCsv(path, *model_.Table(),
-            {.LoggerName = lblLoggerName_->text(),
-             .Saved = parts_.Time.Now(),
-             .SingleColumn = !parts_.CsvDateTimeSingleColumn.isEmpty()},
-            [this](std::int32_t row) { progressBar_->setValue(row); });
+    try {
+      SaveCsv(path, *model_.Table(),
+              {.LoggerName = lblLoggerName_->text(),
+               .Saved = parts_.Time.Now(),
+               .SingleColumn = !parts_.CsvDateTimeSingleColumn.isEmpty()},
+              [this](std::int32_t row) { progressBar_->setValue(row); });
+    } catch (const FileTrouble& caught) {
+      trouble = caught;
+      throw;
+    }
   });
   progressBar_->hide();
+  return trouble;
 }
 
 }  // namespace tessmar

@@ -2,9 +2,11 @@
 
 #include <QDialog>
 #include <QString>
+#include <optional>
 
 #include "base/Clock.h"
 #include "base/FileDialogs.h"
+#include "base/FileTrouble.h"
 #include "base/MainScreen.h"
 #include "base/Messages.h"
 #include "base/SystemLocale.h"
@@ -50,7 +52,8 @@ class frmHistory : public QDialog {
   void ShowTable(HistoryTable table);
   void SizeToColumns();
   void ShowBar(int minimum, int maximum);
-  void SaveTable(const QString& path);
+  /// Gives why the file was not written; nothing when it was.
+  std::optional<FileTrouble> SaveTable(const QString& path);
   void cmdOK_Click();
   void cmdOptions_Click();
   void cmdPack_Click();

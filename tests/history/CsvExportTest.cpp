@@ -1,18 +1,25 @@
 #include "history/CsvExport.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 #include <QBuffer>
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
 #include <QTemporaryDir>
+#include <array>
 #include <cmath>
+#include <csignal>
+#include <optional>
 #include <random>
 
-#include "base/Fault.h"
+#include "base/FileTrouble.h"
 #include "base/TextTable.h"
 #include "history/TableRig.h"
+#include "support/SmallDisk.h"
 
 namespace tessmar {
 namespace {
@@ -209,6 +216,30 @@ class SaveCsvFile : public testing::Test {
   QTemporaryDir folder_;
 };
 
+QByteArray Bytes(const QString& path) {
+  QFile file(path);
+  EXPECT_TRUE(file.open(QIODevice::ReadOnly)) << path.toStdString();
+  return file.readAll();
+}
+
+/// Why the table was not saved; nothing when it was.
+std::optional<FileCause> CauseOf(const QString& path, const HistoryTable& table) {
+  try {
+    SaveCsv(path, table, {u"Well 7"_s, kSaved, false}, [](std::int32_t) {});
+    return std::nullopt;
+  } catch (const FileTrouble& trouble) {
+    EXPECT_EQ(trouble.File(), path);
+    return trouble.Cause();
+  }
+}
+
+/// So many records of three channels.
+TableRig Long(int records) {
+  TableRig rig = Well(0);
+  for (int i = 0; i < records; ++i) rig.Add(kStamp, {i, 0, 0});
+  return rig;
+}
+
 TEST_F(SaveCsvFile, IsReadByAnIndependentReaderWithTheSameNumbers) {
   TableRig rig(8, 2);
   for (std::size_t channel = 0; channel < 8; ++channel) {
@@ -259,39 +290,27 @@ TEST_F(SaveCsvFile, GoldenFilesAreReadByAnIndependentReader) {
 TEST_F(SaveCsvFile, SavingTwiceReplacesALongerFile) {
   Save(Well(5).Table());
   Save(Well(1).Table());
-  QFile file(Path());
-  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-  EXPECT_EQ(file.readAll(), Golden(u"en-two-columns-one-row.csv"_s));
+  EXPECT_EQ(Bytes(Path()), Golden(u"en-two-columns-one-row.csv"_s));
 }
 
-TEST_F(SaveCsvFile, AFileInAFolderThatIsNotThereIsAFault) {
-  EXPECT_THROW(SaveCsv(folder_.filePath(u"no/such/folder/h.csv"_s), Well(1).Table(),
-                       {u"n"_s, kSaved, false}, [](std::int32_t) {}),
-               FileFault);
+TEST_F(SaveCsvFile, AFolderThatIsNotThereIsNamed) {
+  try {
+    SaveCsv(folder_.filePath(u"gone/h.csv"_s), Well(1).Table(), {u"n"_s, kSaved, false},
+            [](std::int32_t) {});
+    FAIL();
+  } catch (const FileTrouble& trouble) {
+    EXPECT_EQ(trouble.Cause(), FileCause::NoFolder);
+    EXPECT_EQ(trouble.File(), folder_.filePath(u"gone"_s));
+  }
 }
 
-TEST_F(SaveCsvFile, AFolderInPlaceOfAFileIsAFault) {
-  EXPECT_THROW(
-      SaveCsv(folder_.path(), Well(1).Table(), {u"n"_s, kSaved, false}, [](std::int32_t) {}),
-      FileFault);
+TEST_F(SaveCsvFile, AFolderInPlaceOfAFileIsRefused) {
+  EXPECT_EQ(CauseOf(folder_.path(), Well(1).Table()), FileCause::NotAFile);
 }
 
-TEST_F(SaveCsvFile, AFullDiskIsAFault) {
-  TableRig rig = Well(0);
-  for (int i = 0; i < 50000; ++i) rig.Add(kStamp, {i, 0, 0});
-  EXPECT_THROW(SaveCsv(u"/dev/full"_s, rig.Table(), {u"n"_s, kSaved, false}, [](std::int32_t) {}),
-               FileFault);
-  EXPECT_THROW(
-      SaveCsv(u"/dev/full"_s, Well(1).Table(), {u"n"_s, kSaved, false}, [](std::int32_t) {}),
-      FileFault);
-}
-
-TEST_F(SaveCsvFile, WhatFitsOnTheDiskStaysThere) {
-  TableRig rig = Well(0);
-  for (int i = 0; i < 50000; ++i) rig.Add(kStamp, {i, 0, 0});
-
+TEST(WriteCsv, ADeviceThatTakesNotEverythingIsAFault) {
   /// Takes one big piece and then nothing more.
-  class SmallDisk : public QIODevice {
+  class SmallDevice : public QIODevice {
    public:
     qint64 Taken = 0;
 
@@ -301,11 +320,111 @@ TEST_F(SaveCsvFile, WhatFitsOnTheDiskStaysThere) {
       if (Taken > 0) return -1;
       return Taken = size;
     }
-  } disk;
-  disk.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
-  EXPECT_THROW(WriteCsv(disk, rig.Table(), {u"n"_s, kSaved, false}, [](std::int32_t) {}),
+  } device;
+  device.open(QIODevice::WriteOnly | QIODevice::Unbuffered);
+  EXPECT_THROW(WriteCsv(device, Long(50000).Table(), {u"n"_s, kSaved, false}, [](std::int32_t) {}),
                FileFault);
-  EXPECT_GT(disk.Taken, 100000);
+  EXPECT_GT(device.Taken, 100000);
+}
+
+TEST_F(SaveCsvFile, AFullDeviceIsRefused) {
+  EXPECT_EQ(CauseOf(u"/dev/full"_s, Well(1).Table()), FileCause::NotAFile);
+}
+
+TEST_F(SaveCsvFile, APipeIsRefusedAndNotWaitedFor) {
+  ASSERT_EQ(::mkfifo(QFile::encodeName(Path()).constData(), 0600), 0);
+  EXPECT_EQ(CauseOf(Path(), Well(1).Table()), FileCause::NotAFile);
+}
+
+TEST_F(SaveCsvFile, AFullDiskKeepsTheOldFile) {
+  const TableRig rig = Long(20000);
+  test::SmallDisk disk;
+  const QString path = disk.Path(u"history.csv"_s);
+  SaveCsv(path, Well(5).Table(), {u"Well 7"_s, kSaved, false}, [](std::int32_t) {});
+  disk.Fill(8192);
+  const std::optional<FileCause> cause = CauseOf(path, rig.Table());
+  disk.Empty();
+  EXPECT_TRUE(cause == FileCause::DiskFull || cause == FileCause::TooLarge);
+  EXPECT_EQ(Bytes(path), Golden(u"en-two-columns.csv"_s));
+  EXPECT_EQ(disk.Files(), QStringList{u"history.csv"_s});
+}
+
+class SaveCsvAsOrdinaryUser : public testing::Test {
+ protected:
+  ~SaveCsvAsOrdinaryUser() override {
+    QFile::setPermissions(folder_.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
+  }
+  test::OrdinaryUser user_;
+  QTemporaryDir folder_;
+};
+
+TEST_F(SaveCsvAsOrdinaryUser, AFolderThatTakesNoNewFilesIsNamed) {
+  const QString path = folder_.filePath(u"history.csv"_s);
+  ASSERT_TRUE(QFile::setPermissions(folder_.path(), QFile::ReadOwner | QFile::ExeOwner));
+  EXPECT_EQ(CauseOf(path, Well(1).Table()), FileCause::NoPermission);
+}
+
+TEST_F(SaveCsvAsOrdinaryUser, AFileInAFolderThatTakesNoNewOnesIsWrittenDirectly) {
+  const QString path = folder_.filePath(u"history.csv"_s);
+  SaveCsv(path, Well(5).Table(), {u"Well 7"_s, kSaved, false}, [](std::int32_t) {});
+  ASSERT_TRUE(QFile::setPermissions(folder_.path(), QFile::ReadOwner | QFile::ExeOwner));
+  EXPECT_EQ(CauseOf(path, Well(1).Table()), std::nullopt);
+  EXPECT_EQ(Bytes(path), Golden(u"en-two-columns-one-row.csv"_s));
+}
+
+/// Ends this process as kill -9 does.
+void Kill() {
+  ::raise(SIGKILL);
+}
+
+/// What ends the saving process: it kills itself at a row, or is killed by the one that waits as
+/// soon as it has come to a row, while it goes on.
+enum class Killer { Itself, Another };
+
+void SaveUntilKilled(const QString& path, const HistoryTable& table, std::int32_t row,
+                     Killer killer) {
+  std::array<int, 2> pipe{};
+  ASSERT_EQ(::pipe(pipe.data()), 0);
+  const pid_t child = ::fork();
+  ASSERT_GE(child, 0);
+  if (child == 0) {
+    SaveCsv(path, table, {u"Well 7"_s, kSaved, false}, [&](std::int32_t now) {
+      if (now < row) return;
+      if (killer == Killer::Itself) Kill();
+      [[maybe_unused]] const ssize_t told = ::write(pipe[1], "x", 1);
+    });
+    ::_exit(0);
+  }
+  ::close(pipe[1]);
+  char byte = 0;
+  [[maybe_unused]] const ssize_t told = ::read(pipe[0], &byte, 1);
+  ::close(pipe[0]);
+  if (killer == Killer::Another) ::kill(child, SIGKILL);
+  int status = 0;
+  ASSERT_EQ(::waitpid(child, &status, 0), child);
+}
+
+TEST_F(SaveCsvFile, IsTheOldOneOrTheNewOneWheneverTheProcessIsKilled) {
+  constexpr std::int32_t kRows = 40000;
+  const TableRig rig = Long(kRows);
+  const HistoryTable table = rig.Table();
+  const QByteArray old = Golden(u"en-two-columns.csv"_s);
+  Save(table);
+  const QByteArray fresh = Bytes(Path());
+  int kept = 0;
+  for (std::int32_t attempt = 0; attempt < 100; ++attempt) {
+    Save(Well(5).Table());
+    ASSERT_EQ(Bytes(Path()), old);
+    const Killer killer = attempt % 2 == 0 ? Killer::Itself : Killer::Another;
+    // The last ten come while the file takes its place, as far as the machine lets them.
+    const std::int32_t row = attempt < 90 ? 1 + attempt * kRows / 90 : kRows;
+    ASSERT_NO_FATAL_FAILURE(SaveUntilKilled(Path(), table, row, killer));
+    const QByteArray now = Bytes(Path());
+    ASSERT_TRUE(now == old || now == fresh) << "attempt " << attempt << ", " << now.size();
+    if (killer == Killer::Itself) EXPECT_EQ(now, old);
+    if (now == old) ++kept;
+  }
+  EXPECT_GE(kept, 50);
 }
 
 }  // namespace

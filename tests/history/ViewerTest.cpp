@@ -21,6 +21,7 @@
 #include "history/frmHistory.h"
 #include "history/frmProgress.h"
 #include "support/FakeOutside.h"
+#include "support/SmallDisk.h"
 
 namespace tessmar {
 namespace {
@@ -260,19 +261,50 @@ TEST_F(Viewer, ACancelledSaveLooksAsIfNothingHappened) {
   EXPECT_EQ(viewer_->focusWidget(), Find<QPushButton>(u"cmdOK"_s));
 }
 
-TEST_F(Viewer, AFullDiskOrAWrongFolderLeavesTheViewerWell) {
+TEST_F(Viewer, SaysWhichFileWasNotSavedAndWhy) {
   AddRecords(6);
   Open();
-  for (const QString& path : {u"/dev/full"_s, u"/no/such/folder/h.csv"_s}) {
-    dialogs_.Answers = {path};
-    Click(u"cmdSave"_s);
-    EXPECT_TRUE(messages_.All.empty());
-    EXPECT_TRUE(Bar()->isHidden());
-    EXPECT_EQ(screen_.WaitCursor, 0);
-  }
-  dialogs_.Answers = {SavePath()};
+  dialogs_.Answers = {u"/dev/full"_s, u"/no/such/folder/h.csv"_s};
   Click(u"cmdSave"_s);
-  EXPECT_TRUE(Saved().endsWith("103\r\n"));
+  Click(u"cmdSave"_s);
+  SetTextLanguage(kLanguageGerman);
+  dialogs_.Answers = {u"/dev/full"_s};
+  Click(u"cmdSave"_s);
+  SetTextLanguage(kLanguageEnglish);
+  using Asked = test::FakeMessages::Asked;
+  EXPECT_EQ(messages_.All,
+            (std::vector<Asked>{{u"Error: file was not saved correctly.\r\n\r\n"
+                                 u"This is not an ordinary file:\r\n/dev/full"_s,
+                                 16, u"Save To File"_s},
+                                {u"Error: file was not saved correctly.\r\n\r\n"
+                                 u"The folder does not exist:\r\n/no/such/folder"_s,
+                                 16, u"Save To File"_s},
+                                {u"Fehler: Datei wurde nicht korrekt gespeichert.\r\n\r\n"
+                                 u"Das ist keine gewöhnliche Datei:\r\n/dev/full"_s,
+                                 16, u"In Datei speichern"_s}}));
+}
+
+TEST_F(Viewer, AFailedSaveLeavesTheViewerWellAndTheOldFileWhole) {
+  AddRecords(6);
+  Open();
+  test::SmallDisk disk;
+  const QString path = disk.Path(u"history.csv"_s);
+  dialogs_.Answers = {path, path};
+  Click(u"cmdSave"_s);
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+  const QByteArray old = file.readAll();
+  EXPECT_TRUE(old.endsWith("103\r\n"));
+  disk.Fill(0);
+  Click(u"cmdSave"_s);
+  disk.Empty();
+  EXPECT_EQ(messages_.All.size(), 1U);
+  EXPECT_TRUE(Bar()->isHidden());
+  EXPECT_EQ(screen_.WaitCursor, 0);
+  EXPECT_EQ(viewer_->focusWidget(), Find<QPushButton>(u"cmdOK"_s));
+  QFile after(path);
+  ASSERT_TRUE(after.open(QIODevice::ReadOnly));
+  EXPECT_EQ(after.readAll(), old);
 }
 
 TEST_F(Viewer, OkClearsTheListAndHides) {
