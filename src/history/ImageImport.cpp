@@ -1,6 +1,6 @@
 #include "history/ImageImport.h"
 
-#include <QFile>
+#include <QBuffer>
 #include <QScopeGuard>
 #include <QScopedValueRollback>
 #include <algorithm>
@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "base/Fault.h"
+#include "base/ReadFile.h"
 #include "measure/Sample.h"
 
 namespace tessmar {
@@ -164,8 +165,9 @@ std::optional<QString> ImageImport::AskFile() {
 }
 
 bool ImageImport::Load(const QString& path, const ImportChoice& choice) {
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) throw FileFault("the image file cannot be opened");
+  QByteArray bytes = ReadFileStart(path, qint64{kPageCount} * kPageSize);
+  QBuffer file(&bytes);
+  file.open(QIODevice::ReadOnly);
   const ConfigImage image = ReadImageConfiguration(file);
   screens_.StopTimer1();
   // The image ends within the set-up of the derived channels, so this never succeeds as a whole.
@@ -174,12 +176,11 @@ bool ImageImport::Load(const QString& path, const ImportChoice& choice) {
   screen_.SetCaption(u"lblLoggerName"_s, settings_.LoggerName);
   if (choice.LaunchSetup) ShowSetup();
   KeepAndReadRecords(file, path);
-  file.close();
   Report(choice);
   return true;
 }
 
-void ImageImport::KeepAndReadRecords(QFile& file, const QString& path) {
+void ImageImport::KeepAndReadRecords(QIODevice& file, const QString& path) {
   sink_.Begin({.Kind = UploadKind::Image, .Source = path});
   auto failed = qScopeGuard([this] { sink_.End(UploadEnd::Failed); });
   ReadImageRecords(file, link_, buffer_, sink_);

@@ -15,7 +15,6 @@
 #include "settings/LoggerSettings.h"
 #include "settings/config.h"
 
-class QFile;
 class QIODevice;
 
 namespace tessmar {
@@ -73,7 +72,7 @@ class ImageImport {
  private:
   std::optional<QString> AskFile();
   bool Load(const QString& path, const ImportChoice& choice);
-  void KeepAndReadRecords(QFile& file, const QString& path);
+  void KeepAndReadRecords(QIODevice& file, const QString& path);
   void ShowSetup();
   void Report(const ImportChoice& choice);
 

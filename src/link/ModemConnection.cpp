@@ -1,11 +1,12 @@
 #include "link/ModemConnection.h"
 
-#include <QFile>
+#include <QBuffer>
 #include <QFileInfo>
 #include <algorithm>
 
 #include "base/Blanks.h"
 #include "base/Fault.h"
+#include "base/ReadFile.h"
 #include "base/TextTable.h"
 
 namespace tessmar {
@@ -14,6 +15,8 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr int kMostFileCommands = 256;
+/// No command file comes near this; what does was chosen by mistake.
+constexpr qint64 kLargestFile = qint64{1024} * 1024;
 
 /// The first word of a line, in capitals; empty for a line without one.
 QString Command(const QString& line) {
@@ -26,16 +29,16 @@ QString Command(const QString& line) {
 
 QStringList CommandsOf(const ModemRequest& request) {
   if (!request.UseCommandFile || request.CommandFile.isEmpty()) return {u"ATE1V1Q0"_s};
-  QFile file(request.CommandFile);
-  if (!file.open(QIODevice::ReadOnly)) throw FileFault(file.errorString().toStdString());
-  QStringList commands = ReadModemCommands(file);
-  if (file.error() != QFileDevice::NoError) throw FileFault(file.errorString().toStdString());
-  return commands;
+  QByteArray bytes = ReadWholeFile(request.CommandFile, kLargestFile);
+  QBuffer file(&bytes);
+  file.open(QIODevice::ReadOnly);
+  return ReadModemCommands(file);
 }
 
 bool IsFileMissing(const ModemRequest& request) {
   if (!request.UseCommandFile || request.CommandFile.isEmpty()) return false;
-  return !QFileInfo(request.CommandFile).isFile();
+  const QFileInfo info(request.CommandFile);
+  return !info.isFile() || info.size() > kLargestFile;
 }
 
 }  // namespace

@@ -1,8 +1,10 @@
 #include "link/PortMap.h"
 
-#include <QFile>
 #include <QRegularExpression>
 #include <array>
+
+#include "base/FileTrouble.h"
+#include "base/ReadFile.h"
 
 namespace tessmar {
 namespace {
@@ -76,9 +78,12 @@ std::optional<std::int16_t> PortMap::Number(const QString& device) const {
 }
 
 QString ReadPortsFile(const QString& path) {
-  QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) return {};
-  return QString::fromUtf8(file.readAll());
+  constexpr qint64 kLargestFile = qint64{1024} * 1024;
+  try {
+    return QString::fromUtf8(ReadWholeFile(path, kLargestFile));
+  } catch (const FileTrouble&) {
+    return {};
+  }
 }
 
 }  // namespace tessmar

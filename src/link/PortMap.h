@@ -42,7 +42,8 @@ class PortMap {
   std::map<std::int16_t, Override> overrides_;
 };
 
-/// Reads the text of a ports file; empty when there is none or it cannot be read.
+/// Reads the text of a ports file; empty when there is none, it cannot be read, is no regular file
+/// or has more than 1 MiB.
 QString ReadPortsFile(const QString& path);
 
 }  // namespace tessmar

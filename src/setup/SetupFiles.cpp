@@ -1,13 +1,13 @@
 #include "setup/SetupFiles.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QFileInfo>
-#include <QSaveFile>
 #include <utility>
 
 #include "ProgramVersion.h"
 #include "base/Fault.h"
+#include "base/ReadFile.h"
+#include "base/WholeFile.h"
 #include "settings/SetupFile.h"
 
 namespace tessmar {
@@ -29,23 +29,6 @@ QString ProgramName() {
 
 QString ProgramVersion() {
   return u"%1.%2.%3"_s.arg(kVersionMajor).arg(kVersionMinor).arg(kVersionRevision);
-}
-
-/// Devices and pipes would take what is written, and give what is read, without an end.
-bool IsOtherThanFile(const QString& path) {
-  const QFileInfo info(path);
-  return info.exists() && !info.isFile();
-}
-
-/// Writes beside the file and renames, so that a failure leaves the old file whole.
-void WriteBytes(const QString& path, const QByteArray& bytes) {
-  if (IsOtherThanFile(path)) throw FileFault("not a file that can be written");
-  QSaveFile file(path);
-  // Flushed by hand: committing does not notice that buffered bytes did not reach a full disk.
-  if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.flush() ||
-      !file.commit()) {
-    throw FileFault("the setup file could not be written");
-  }
 }
 
 }  // namespace
@@ -128,18 +111,13 @@ void SetupFiles::WriteFile(const QString& path) const {
   const QDateTime now = services_.Time.Now();
   const SetupFileHead head{ProgramName(), ProgramVersion(), services_.Locale.ShortDate(now.date()),
                            services_.Locale.ShortTime(now.time())};
-  WriteBytes(path, WriteSetupFile(head, services_.Link, services_.Settings));
+  WriteWholeFile(path, WriteSetupFile(head, services_.Link, services_.Settings));
 }
 
 void SetupFiles::ReadFile(const QString& path) {
-  QFile file(path);
-  if (IsOtherThanFile(path) || file.size() > kLargestFile || !file.open(QIODevice::ReadOnly)) {
-    throw FileFault("the setup file could not be opened");
-  }
-  // Only now, so that a file that cannot be opened changes nothing.
+  const QByteArray bytes = ReadWholeFile(path, kLargestFile);
+  // Only now, so that a file that cannot be read changes nothing.
   LoadDefaultSettings(services_.Settings, services_.Link.AnalogChannelCount);
-  const QByteArray bytes = file.read(kLargestFile);
-  if (file.error() != QFileDevice::NoError) throw FileFault("the setup file could not be read");
   ReadSetupFile(bytes, services_.Locale.Locale(), services_.Settings);
 }
 

@@ -1,6 +1,7 @@
 #include "history/ImageImport.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <QBuffer>
 #include <QFile>
@@ -494,6 +495,17 @@ TEST_F(Import, AFileThatIsNotThereAFolderAndAnUnreadableFileCannotBeRead) {
     Run();
     EXPECT_EQ(Said(), QStringList{u"Error Loading Image File/48"_s}) << path.toStdString();
     EXPECT_EQ(events_.back(), "start");
+  }
+}
+
+TEST_F(Import, APipeAndADeviceAreRefusedAndNotWaitedFor) {
+  const QString pipe = folder_.filePath(u"pipe"_s);
+  ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+  for (const QString& path : {pipe, u"/dev/zero"_s, u"/dev/ptmx"_s}) {
+    messages_.All.clear();
+    path_ = path;
+    Run();
+    EXPECT_EQ(Said(), QStringList{u"Error Loading Image File/48"_s}) << path.toStdString();
   }
 }
 

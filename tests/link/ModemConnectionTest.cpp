@@ -182,6 +182,21 @@ TEST(ConnectModem, SaysThatTheFileIsMissing) {
   }
 }
 
+TEST(ConnectModem, RefusesAPipeAndADeviceAndAFileFarTooLarge) {
+  const QTemporaryDir folder;
+  const QString pipe = folder.filePath(u"pipe"_s);
+  ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+  QFile huge(folder.filePath(u"huge.txt"_s));
+  ASSERT_TRUE(huge.open(QIODevice::WriteOnly));
+  ASSERT_TRUE(huge.resize(qint64{1} << 33));
+  for (const QString& path : {pipe, u"/dev/zero"_s, huge.fileName()}) {
+    ModemBench bench;
+    EXPECT_FALSE(bench.Connect({u"1"_s, true, path}));
+    EXPECT_THAT(bench.Messages.All, ElementsAre(kNoFile)) << path.toStdString();
+    EXPECT_EQ(bench.Shown, 0);
+  }
+}
+
 TEST(ConnectModem, TreatsAFileThatCannotBeReadAsAModemThatDoesNotAnswer) {
   // Opening works and reading fails, for the owner of the machine as well.
   ModemBench bench;

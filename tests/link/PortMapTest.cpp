@@ -1,6 +1,7 @@
 #include "link/PortMap.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <QTemporaryDir>
 
@@ -87,6 +88,20 @@ TEST(ReadPortsFile, GivesTheTextOfTheFileOrNothing) {
   file.write("COM9=/tmp/a,M\xC3\xBChle\n");
   file.close();
   EXPECT_EQ(ReadPortsFile(path), u"COM9=/tmp/a,Mühle\n"_s);
+}
+
+TEST(ReadPortsFile, WaitsForNothingAndReadsNothingWithoutAnEnd) {
+  const QTemporaryDir folder;
+  const QString pipe = folder.filePath(u"pipe"_s);
+  ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+  const QString endless = folder.filePath(u"ports.conf"_s);
+  ASSERT_TRUE(QFile::link(u"/dev/zero"_s, endless));
+  QFile huge(folder.filePath(u"huge"_s));
+  ASSERT_TRUE(huge.open(QIODevice::WriteOnly));
+  huge.write("COM9=/tmp/a\n");
+  ASSERT_TRUE(huge.resize(qint64{1} << 33));
+  for (const QString& path : {pipe, endless, folder.path(), huge.fileName()})
+    EXPECT_EQ(ReadPortsFile(path), QString()) << path.toStdString();
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/resource.h>
+#include <sys/stat.h>
 
 #include <QDir>
 #include <QFile>
@@ -195,7 +196,8 @@ TEST_F(SetupFilesTest, SaysThatAFileWasNotSaved) {
 
 TEST_F(SetupFilesTest, SavesNothingInPlaceOfAFolderOrADevice) {
   QDir(Folder.path()).mkdir(u"pond.set"_s);
-  for (const QString& path : {Path(u"pond.set"_s), u"/dev/full"_s}) {
+  ASSERT_EQ(::mkfifo(QFile::encodeName(Path(u"pipe"_s)).constData(), 0600), 0);
+  for (const QString& path : {Path(u"pond.set"_s), u"/dev/full"_s, Path(u"pipe"_s)}) {
     Messages.All.clear();
     Messages.Answers = {kYes};
     EXPECT_FALSE(Save(path)) << path.toStdString();
@@ -291,7 +293,9 @@ TEST_F(SetupFilesTest, KeepsDefaultsAndReadLinesInTheRecordAfterAFailedLoad) {
 TEST_F(SetupFilesTest, LeavesTheRecordAloneWhenAFileCannotBeOpened) {
   Settings = OnScreen;
   QDir(Folder.path()).mkdir(u"folder.set"_s);
-  for (const QString& path : {Path(u"gone.set"_s), Path(u"folder.set"_s), u"/dev/zero"_s}) {
+  ASSERT_EQ(::mkfifo(QFile::encodeName(Path(u"pipe"_s)).constData(), 0600), 0);
+  for (const QString& path :
+       {Path(u"gone.set"_s), Path(u"folder.set"_s), Path(u"pipe"_s), u"/dev/zero"_s}) {
     Messages.All.clear();
     Load(path);
     EXPECT_EQ(Messages.All, std::vector<Asked>{kNotLoaded}) << path.toStdString();
