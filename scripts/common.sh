@@ -5,6 +5,7 @@ packages=(
   g++ cmake ninja-build pkg-config
   qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-translations-l10n libgl-dev libxcb1-dev
   libnetcdf-dev netcdf-bin
+  libqt6sql6-sqlite sqlite3
   libgtest-dev libgmock-dev
   clang-format clang-tidy python3
   python3-markdown fp-utils
