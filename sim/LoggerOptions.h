@@ -16,6 +16,7 @@ struct LoggerOptions {
   bool SampleOnDemand = false;
   int Records = 960;         ///< Stored records, 0 to 16777215.
   bool LiveRecords = false;  ///< A record is added whenever its time has come.
+  int ClockStopsAt = -1;     ///< From this record on all are equal, as if the clock stood still.
   bool BlankFlash = false;   ///< Never initialised: all memory erased, no records.
   bool TwelveHourClock = false;
   bool PastHandshake = false;  ///< Deaf to the letters; answers frames.

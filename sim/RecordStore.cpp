@@ -33,7 +33,8 @@ void RecordStore::AdvanceTo(CivilSeconds now) {
 }
 
 void RecordStore::AppendRecord(Bytes& bytes, std::int64_t index) const {
-  const CivilSeconds time = TimeOf(index);
+  const bool stopped = options_.ClockStopsAt >= 0 && index > options_.ClockStopsAt;
+  const CivilSeconds time = TimeOf(stopped ? options_.ClockStopsAt : index);
   const PondReading reading = pond_.At(time);
   AppendNumber(bytes, PackTimeStamp(time), 4);
   for (int channel = 0; channel < options_.AnalogChannels; ++channel)

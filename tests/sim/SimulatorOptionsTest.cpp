@@ -29,6 +29,7 @@ TEST(SimulatorOptions, AreThoseOfThePondUnlessGiven) {
   EXPECT_EQ(options.Logger.AnalogChannels, 8);
   EXPECT_EQ(options.Logger.PulseChannels, 2);
   EXPECT_EQ(options.Logger.Records, 960);
+  EXPECT_EQ(options.Logger.ClockStopsAt, -1);
   EXPECT_EQ(options.Logger.Name, "Mill Pond 3");
   EXPECT_FALSE(options.Logger.SampleOnDemand);
   EXPECT_EQ(options.Logger.BaudRate, 0);
@@ -59,6 +60,8 @@ TEST(SimulatorOptions, DescribeTheLogger) {
                                           u"--twelve-hour"_s,
                                           u"--past-handshake"_s,
                                           u"--live-records"_s,
+                                          u"--clock-stops-at"_s,
+                                          u"4"_s,
                                           u"--name"_s,
                                           u"Étang"_s,
                                           u"--clock"_s,
@@ -75,6 +78,7 @@ TEST(SimulatorOptions, DescribeTheLogger) {
   EXPECT_TRUE(options.Logger.TwelveHourClock);
   EXPECT_TRUE(options.Logger.PastHandshake);
   EXPECT_TRUE(options.Logger.LiveRecords);
+  EXPECT_EQ(options.Logger.ClockStopsAt, 4);
   EXPECT_EQ(options.Logger.Name, "\xC9tang");
   EXPECT_EQ(options.Logger.ClockAtStart, sim::ToCivilSeconds({2010, 12, 26, 15, 47, 29}));
 }

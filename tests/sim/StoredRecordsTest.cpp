@@ -55,6 +55,16 @@ TEST(StoredRecords, BlockHasACountAndRecordsOfATimeStampAndWords) {
   EXPECT_EQ(Part(block, 1 + 4 * 24, 4), "80 E7 5E 4F");
 }
 
+TEST(StoredRecords, AreAllEqualFromWhereTheClockStops) {
+  SimulatedLogger logger({.Records = 5, .ClockStopsAt = 3});
+  const Bytes block = Block(logger, kAskFirstBlock);
+  ASSERT_EQ(block.size(), 241U);
+  EXPECT_EQ(block[0], 5);
+  EXPECT_NE(Part(block, 1 + 2 * 24, 24), Part(block, 1 + 3 * 24, 24));
+  EXPECT_EQ(Part(block, 1 + 3 * 24, 4), "C0 E3 5E 4F");
+  EXPECT_EQ(Part(block, 1 + 3 * 24, 24), Part(block, 1 + 4 * 24, 24));
+}
+
 TEST(StoredRecords, ShortBlockIsPaddedToItsFixedSize) {
   SimulatedLogger logger({.Records = 9});
   const Bytes block = Block(logger, kAskFirstBlock);
