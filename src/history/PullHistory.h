@@ -12,8 +12,13 @@ namespace tessmar {
 
 /// Who watches an upload.
 struct UploadWatcher {
-  std::function<bool()> Running;  ///< Asked after each block and each wait; false cancels.
-  std::function<void()> Changed;  ///< Told once for each block and each failure.
+  /// Asked after each block and whenever a wait may end; false cancels at once. What has not
+  /// arrived of the block under way is left.
+  std::function<bool()> Running;
+  /// Told once for each block and each failure, and when the upload is begun anew.
+  std::function<void()> Changed;
+  /// Told when a wait for answers that are late begins (true) and when it is over; may be empty.
+  std::function<void(bool waits)> Waiting = nullptr;
 };
 
 /// Pulls all blocks of an upload, one request after the other, until it ends.

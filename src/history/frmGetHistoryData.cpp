@@ -7,6 +7,7 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
+#include "base/AddedTexts.h"
 #include "base/TextTable.h"
 #include "history/GetHistoryData.h"
 #include "history/PullHistory.h"
@@ -104,26 +105,51 @@ UploadEnd frmGetHistoryData::Pull() {
   sinceShown_.start();
 
   const QPointer<frmGetHistoryData> self(this);
-  return PullHistory(upload, commands_, comm_, link_,
-                     {[self] { return !self.isNull() && self->IsRunning(); },
-                      [self, &upload] {
-                        if (!self.isNull()) self->ShowProgress(upload);
-                      }},
-                     sink_);
+  const UploadEnd end =
+      PullHistory(upload, commands_, comm_, link_,
+                  {.Running = [self] { return !self.isNull() && self->IsRunning(); },
+                   .Changed =
+                       [self, &upload] {
+                         if (!self.isNull()) self->ShowProgress(upload);
+                       },
+                   .Waiting =
+                       [self, &upload](bool waits) {
+                         if (!self.isNull()) self->ShowWait(upload, waits);
+                       }},
+                  sink_);
+  if (!self.isNull() && end == UploadEnd::Complete && upload.IsShort())
+    ShowRetries(upload, ShortUploadText(upload.Count(), upload.TotalRecords()));
+  return end;
 }
 
 void frmGetHistoryData::ShowProgress(const HistoryUpload& upload) {
-  if (upload.TotalFailures() != shownFailures_) {
+  const bool begunAnew = upload.TimesBegunAnew() != shownTimesBegunAnew_;
+  if (upload.TotalFailures() != shownFailures_ || begunAnew) {
     shownFailures_ = upload.TotalFailures();
-    lblRetries_->setText(retriesPrefix_ + QString::number(shownFailures_));
+    shownTimesBegunAnew_ = upload.TimesBegunAnew();
+    ShowRetries(upload);
   } else if (sinceShown_.elapsed() < kShowEveryMs && upload.Count() < upload.TotalRecords()) {
     return;
   }
   sinceShown_.restart();
-  if (progressBar1_->maximum() < upload.BarMaximum())
+  if (progressBar1_->maximum() < upload.BarMaximum() || begunAnew)
     progressBar1_->setMaximum(upload.BarMaximum());
   progressBar1_->setValue(upload.Count());
   ShowCount(upload.Count());
+}
+
+void frmGetHistoryData::ShowWait(const HistoryUpload& upload, bool waits) {
+  ShowRetries(upload, waits ? GetText(AddedText::WaitingForLateAnswers) : QString());
+}
+
+// The retries so far, and what else there is to say about them.
+void frmGetHistoryData::ShowRetries(const HistoryUpload& upload, const QString& note) {
+  QStringList parts;
+  if (upload.TotalFailures() > 0)
+    parts.append(retriesPrefix_ + QString::number(upload.TotalFailures()));
+  if (upload.TimesBegunAnew() > 0) parts.append(GetText(AddedText::UploadBegunAnew));
+  if (!note.isEmpty()) parts.append(note);
+  lblRetries_->setText(parts.join(u", "_s));
 }
 
 void frmGetHistoryData::ShowCount(std::int32_t count) {

@@ -43,6 +43,8 @@ class frmGetHistoryData : public QDialog {
   UploadEnd Pull();
   void Finish(UploadEnd end);
   void ShowProgress(const HistoryUpload& upload);
+  void ShowWait(const HistoryUpload& upload, bool waits);
+  void ShowRetries(const HistoryUpload& upload, const QString& note = {});
   void ShowCount(std::int32_t count);
   bool IsRunning() const;
   void cmdOkay_Click();
@@ -61,6 +63,7 @@ class frmGetHistoryData : public QDialog {
   QString retriesPrefix_;
   bool pulling_ = false;
   std::int32_t shownFailures_ = 0;
+  int shownTimesBegunAnew_ = 0;
   QElapsedTimer sinceShown_;
 
   QLabel* lblGetHistoryData_;

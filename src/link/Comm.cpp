@@ -102,7 +102,8 @@ void Comm::ClosePort() {
 
 void Comm::WaitForBytes(std::int16_t ticks, int count) {
   const auto isOver = [&] {
-    return (count != 0 && port_.InputCount() >= count) || !port_.IsOpen() || loop_.Ending();
+    return (count != 0 && port_.InputCount() >= count) || !port_.IsOpen() || loop_.Ending() ||
+           !IsWanted();
   };
   link_.WaitTicks = ticks;
   if (isOver()) {
@@ -133,7 +134,7 @@ bool Comm::SendFrame(std::span<const std::uint8_t> payload, int& retries) {
     const std::vector<std::uint8_t> frame = BuildFrame(payload);
     while (true) {
       if (SendFrameOnce(frame)) return true;
-      if (retries == 0 || loop_.Ending()) return false;
+      if (retries == 0 || loop_.Ending() || !IsWanted()) return false;
       --retries;
     }
   });
@@ -150,6 +151,7 @@ bool Comm::SendFrameOnce(std::span<const std::uint8_t> frame) {
     port_.DiscardInput();
     WaitForBytes(4, 0);
   }
+  if (!IsWanted()) return false;
   port_.DiscardInput();
   port_.Write(frame);
   WaitForBytes(link_.LinkTimeoutTicks, 1);

@@ -2,8 +2,10 @@
 
 #include <QString>
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 #include "base/MessageLoop.h"
@@ -29,8 +31,8 @@ std::uint16_t Crc16(std::span<const std::uint8_t> buffer, int first, int last);
 /// Frames, single bytes and waits on the one serial port.
 ///
 /// Every operation that waits runs the message loop; the caller holds LinkState::Busy. Waits end by
-/// time, by bytes, by the port closing and by the program ending. Results are false or -1 on
-/// failure, and nothing is shown.
+/// time, by bytes, by the port closing, by the program ending and by what WaitsWhile says. Results
+/// are false or -1 on failure, and nothing is shown.
 class Comm {
  public:
   Comm(SerialPort& port, MessageLoop& loop, LinkState& link);
@@ -77,6 +79,9 @@ class Comm {
   MessageLoop& Loop() { return loop_; }
 
  private:
+  friend class WaitsWhile;
+
+  bool IsWanted() const { return !wanted_ || wanted_(); }
   bool SendFrameOnce(std::span<const std::uint8_t> frame);
   bool ReceiveFrameBody(std::span<std::uint8_t> payload);
   std::optional<std::uint8_t> NextByte();
@@ -86,6 +91,22 @@ class Comm {
   SerialPort& port_;
   MessageLoop& loop_;
   LinkState& link_;
+  std::function<bool()> wanted_;  ///< Empty: always.
+};
+
+/// For an operation that may be given up: while this lives, a wait also ends as soon as the
+/// condition no longer holds, and nothing is sent any more. There is one at a time.
+class WaitsWhile {
+ public:
+  WaitsWhile(Comm& comm, std::function<bool()> wanted) : comm_(comm) {
+    comm_.wanted_ = std::move(wanted);
+  }
+  ~WaitsWhile() { comm_.wanted_ = nullptr; }
+  WaitsWhile(const WaitsWhile&) = delete;
+  WaitsWhile& operator=(const WaitsWhile&) = delete;
+
+ private:
+  Comm& comm_;
 };
 
 }  // namespace tessmar

@@ -133,23 +133,67 @@ TEST_F(HistoryUploadOfTenChannels, ADamagedAnswerLeavesNothingToWaitFor) {
   EXPECT_FALSE(upload_.MustGoQuiet());
 }
 
-TEST_F(HistoryUploadOfTenChannels, DoesNotStoreACopyOfTheLastBlockAsTheNextOne) {
+TEST_F(HistoryUploadOfTenChannels, ListensBehindACopyOnAGoodLineAndTakesTheTrueAnswer) {
   upload_.NextRequest();
   upload_.TakeBlock(Block(10, 10, 1));
   upload_.NextRequest();
-  EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 1)), Verdict::Doubtful);
+  EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 1)), Verdict::Listen);
   EXPECT_EQ(upload_.Count(), 10);
-  EXPECT_EQ(upload_.NextRequest(), HistoryBlock::Again);
+  EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 1)), Verdict::Listen);
   EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 11)), Verdict::GoOn);
   EXPECT_EQ(upload_.Count(), 20);
   EXPECT_EQ(upload_.NextRequest(), HistoryBlock::Next);
   EXPECT_EQ(upload_.TotalFailures(), 0);
 }
 
-TEST_F(HistoryUploadOfTenChannels, BelievesEqualBlocksThatTheLoggerInsistsOn) {
+TEST_F(HistoryUploadOfTenChannels, BelievesEqualBlocksOnAGoodLineWhenNothingFollows) {
   upload_.NextRequest();
   upload_.TakeBlock(Block(10, 10, 1));
   upload_.NextRequest();
+  EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 1)), Verdict::Listen);
+  EXPECT_FALSE(upload_.BelievesEqualBlocks());
+  EXPECT_EQ(upload_.TakeSilence(), Verdict::GoOn);
+  EXPECT_TRUE(upload_.BelievesEqualBlocks());
+  EXPECT_FALSE(upload_.MustGoQuiet());
+  EXPECT_EQ(upload_.Count(), 20);
+  EXPECT_EQ(upload_.NextRequest(), HistoryBlock::Next);
+}
+
+TEST_F(HistoryUploadOfTenChannels, AsksAgainWhenNoiseFollowsAnEqualBlock) {
+  upload_.NextRequest();
+  upload_.TakeBlock(Block(10, 10, 1));
+  upload_.NextRequest();
+  upload_.TakeBlock(Block(10, 10, 1));
+  EXPECT_EQ(upload_.TakeNoise(), Verdict::Doubtful);
+  EXPECT_EQ(upload_.NextRequest(), HistoryBlock::Again);
+  EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 11)), Verdict::GoOn);
+  EXPECT_EQ(upload_.Count(), 20);
+}
+
+/// Ten channels and one block, on a line on which the request for it was lost once.
+class HistoryUploadInDoubt : public HistoryUploadOfTenChannels {
+ protected:
+  HistoryUploadInDoubt() {
+    upload_.NextRequest();
+    upload_.TakeFailure(false);
+    upload_.NextRequest();
+    upload_.TakeBlock(Block(10, 10, 1));
+    upload_.NextRequest();
+  }
+};
+
+TEST_F(HistoryUploadInDoubt, DoesNotStoreACopyOfTheLastBlockAsTheNextOne) {
+  EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 1)), Verdict::Doubtful);
+  EXPECT_EQ(upload_.Count(), 10);
+  EXPECT_EQ(upload_.NextRequest(), HistoryBlock::Again);
+  EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 11)), Verdict::GoOn);
+  EXPECT_TRUE(upload_.MustGoQuiet());
+  EXPECT_EQ(upload_.Count(), 20);
+  EXPECT_EQ(upload_.NextRequest(), HistoryBlock::Next);
+  EXPECT_EQ(upload_.TotalFailures(), 1);
+}
+
+TEST_F(HistoryUploadInDoubt, BelievesEqualBlocksThatTheLoggerInsistsOn) {
   upload_.TakeBlock(Block(10, 10, 1));
   upload_.NextRequest();
   EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 1)), Verdict::GoOn);
@@ -161,19 +205,87 @@ TEST_F(HistoryUploadOfTenChannels, BelievesEqualBlocksThatTheLoggerInsistsOn) {
   upload_.NextRequest();
   upload_.TakeFailure(false);
   upload_.NextRequest();
-  upload_.TakeBlock(Block(10, 10, 1));
+  upload_.TakeBlock(Block(10, 10, 11));
   upload_.NextRequest();
-  EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 1)), Verdict::Doubtful);
+  EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 11)), Verdict::Doubtful);
 }
 
-TEST_F(HistoryUploadOfTenChannels, StoresTheRepeatOfTheBlockBeforeALostRequest) {
+TEST_F(HistoryUploadInDoubt, DoesNotStoreTheRepetitionOfTheBlockBeforeALostRequest) {
+  upload_.TakeFailure(false);
+  EXPECT_EQ(upload_.NextRequest(), HistoryBlock::Again);
+  EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 1)), Verdict::Repeated);
+  EXPECT_EQ(upload_.Count(), 10);
+  EXPECT_EQ(upload_.NextRequest(), HistoryBlock::Next);
+  EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 11)), Verdict::GoOn);
+  EXPECT_EQ(upload_.Count(), 20);
+}
+
+TEST_F(HistoryUploadInDoubt, AsksOnceMoreForARepetitionBehindWhichTheLineWasNotQuiet) {
+  upload_.TakeFailure(false);
   upload_.NextRequest();
   upload_.TakeBlock(Block(10, 10, 1));
-  upload_.NextRequest();
-  upload_.TakeFailure(false);
+  upload_.TakeNoise();
+  EXPECT_EQ(upload_.NextRequest(), HistoryBlock::Again);
+  EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 1)), Verdict::Repeated);
+  upload_.TakeNoise();
+  EXPECT_EQ(upload_.NextRequest(), HistoryBlock::Next);
+}
+
+TEST_F(HistoryUploadInDoubt, StoresAnEqualBlockBehindAReplyThatWasOnlyDamaged) {
+  upload_.TakeFailure(true);
   EXPECT_EQ(upload_.NextRequest(), HistoryBlock::Again);
   EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 1)), Verdict::GoOn);
   EXPECT_EQ(upload_.Count(), 20);
+}
+
+TEST_F(HistoryUploadInDoubt, BeginsAnewWhenRecordsAreMissingAtTheEnd) {
+  EXPECT_EQ(upload_.TakeBlock(Block(5, 10, 11)), Verdict::BegunAnew);
+  EXPECT_EQ(upload_.Count(), 0);
+  EXPECT_EQ(upload_.TimesBegunAnew(), 1);
+  EXPECT_EQ(upload_.TotalFailures(), 1);
+  EXPECT_EQ(upload_.NextRequest(), HistoryBlock::First);
+  EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 1)), Verdict::GoOn);
+  upload_.NextRequest();
+  EXPECT_EQ(upload_.TakeBlock(Block(5, 10, 11)), Verdict::Complete);
+  EXPECT_TRUE(upload_.IsShort());
+}
+
+// The last block of what was thrown away, late, is not the first of the new one.
+TEST_F(HistoryUploadInDoubt, DoubtsTheLastBlockAsTheAnswerToTheFirstRequestAnew) {
+  upload_.TakeBlock(Block(5, 10, 11));
+  upload_.NextRequest();
+  EXPECT_EQ(upload_.TakeBlock(Block(5, 10, 11)), Verdict::Doubtful);
+  EXPECT_EQ(upload_.NextRequest(), HistoryBlock::Again);
+  EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 1)), Verdict::GoOn);
+  EXPECT_EQ(upload_.Count(), 10);
+}
+
+TEST_F(HistoryUploadInDoubt, BeginsAnewWhenAnEqualBlockWasOneTooMany) {
+  upload_.TakeBlock(Block(10, 10, 1));
+  upload_.NextRequest();
+  upload_.TakeBlock(Block(10, 10, 1));
+  upload_.NextRequest();
+  EXPECT_EQ(upload_.TakeBlock(Block(5, 10, 11)), Verdict::BegunAnew);
+}
+
+TEST_F(HistoryUploadInDoubt, IsCompleteWithWhatWasPromised) {
+  EXPECT_EQ(upload_.TakeBlock(Block(10, 10, 11)), Verdict::GoOn);
+  upload_.NextRequest();
+  EXPECT_EQ(upload_.TakeBlock(Block(0, 10, 0)), Verdict::Complete);
+  EXPECT_FALSE(upload_.IsShort());
+}
+
+TEST_F(HistoryUploadOfTenChannels, IsCompleteWithLessOnAGoodLine) {
+  upload_.NextRequest();
+  EXPECT_EQ(upload_.TakeBlock(Block(7, 10, 1)), Verdict::Complete);
+  EXPECT_TRUE(upload_.IsShort());
+}
+
+TEST(ShortUploadText, SaysHowManyOfHowMany) {
+  EXPECT_EQ(ShortUploadText(5, 95), u"only 5 of 95 records received"_s);
+  SetTextLanguage(kLanguageGerman);
+  EXPECT_EQ(ShortUploadText(5, 95), u"nur 5 von 95 Datensätzen erhalten"_s);
+  SetTextLanguage(kLanguageEnglish);
 }
 
 TEST(HistoryUpload, BeginsWithAnEmptyBuffer) {

@@ -133,14 +133,78 @@ TEST_F(UploadDialog, StopInARetryWaitSaysWhatArrivedAndHides) {
   EXPECT_EQ(messages_.All, expected);
 }
 
-TEST_F(UploadDialog, StopDuringTheLastBlockHidesTheCompletedUploadAtOnce) {
-  Make({.Records = 7, .BaudRate = 9600});
-  rig_->Loop.At(100, [this] { Stop()->click(); });
+TEST_F(UploadDialog, StopWithTheLastBlockInTheHandHidesTheCompletedUploadAtOnce) {
+  Make({.Records = 7});
+  // The press is handled when the block has arrived and before it is looked at.
+  rig_->Port.OnWrite = [this, answer = rig_->Port.OnWrite](const test::Bytes& bytes) {
+    answer(bytes);
+    rig_->Loop.At(rig_->Loop.NowMs(), [this] { Stop()->click(); });
+  };
   Run();
   EXPECT_EQ(dialog_->UploadState(), u"Cancel"_s);
   EXPECT_FALSE(dialog_->isVisible());
   EXPECT_EQ(Text(u"lblGetHistoryData"_s), u"Upload complete: 7 records uploaded."_s);
   EXPECT_EQ(buffer_.Count(), 7);
+  EXPECT_TRUE(messages_.All.empty());
+}
+
+TEST_F(UploadDialog, StopInTheMiddleOfABlockDoesNotWaitForItsEnd) {
+  Make({.Records = 7, .BaudRate = 9600});
+  rig_->Loop.At(100, [this] { Stop()->click(); });
+  Run();
+  EXPECT_EQ(dialog_->UploadState(), u"Cancel"_s);
+  EXPECT_FALSE(dialog_->isVisible());
+  EXPECT_LE(rig_->Loop.NowMs(), 200);
+  const std::vector<test::FakeMessages::Asked> expected{
+      {u"Retrieve Cancelled by User.  Received 0 records of 7 records."_s, 16,
+       u"Get History Data"_s}};
+  EXPECT_EQ(messages_.All, expected);
+}
+
+TEST_F(UploadDialog, SaysThatItWaitsForLateAnswersAndNothingOfItAfterwards) {
+  Make({.Records = 25});
+  rig_->Logger.AddFault({.Mode = FailureMode::Silent, .Count = 1});
+  QStringList shown;
+  rig_->Loop.OnTick = [this, &shown] {
+    if (rig_->Link.WaitTicks > 0) --rig_->Link.WaitTicks;
+    const QString text = Text(u"lblRetries"_s);
+    if (shown.isEmpty() || shown.last() != text) shown.append(text);
+  };
+  Run();
+  EXPECT_EQ(shown,
+            (QStringList{QString(), u"retries 1"_s, u"retries 1, waiting for late answers"_s}));
+  EXPECT_EQ(Text(u"lblRetries"_s), u"retries 1"_s);
+}
+
+TEST_F(UploadDialog, SaysHowManyOfHowManyCameBeforeOkay) {
+  Make({.Records = 25});
+  dialog_.emplace(buffer_, rig_->Commands, rig_->Channel(), rig_->Link, messages_, rig_->Sink, 95);
+  Run();
+  EXPECT_EQ(Text(u"lblGetHistoryData"_s), u"Upload complete: 25 records uploaded."_s);
+  EXPECT_EQ(Text(u"lblRetries"_s), u"only 25 of 95 records received"_s);
+  EXPECT_TRUE(Okay()->isEnabled());
+  EXPECT_EQ(dialog_->UploadState(), u"Running"_s);
+}
+
+TEST_F(UploadDialog, SaysSoInGermanToo) {
+  SetTextLanguage(kLanguageGerman);
+  Make({.Records = 25});
+  dialog_.emplace(buffer_, rig_->Commands, rig_->Channel(), rig_->Link, messages_, rig_->Sink, 95);
+  rig_->Logger.AddFault({.Mode = FailureMode::CorruptCheck, .Count = 1});
+  Run();
+  EXPECT_EQ(Text(u"lblRetries"_s), u"Wiederholversuche 1, nur 25 von 95 Datensätzen erhalten"_s);
+}
+
+TEST_F(UploadDialog, BeginsAnewWhenTheFirstRequestWasLostAndShowsTheWhole) {
+  Make({.Records = 95});
+  Run();
+  dialog_.emplace(buffer_, rig_->Commands, rig_->Channel(), rig_->Link, messages_, rig_->Sink, 95);
+  rig_->Logger.AddFault({.Mode = FailureMode::RequestLost, .Count = 1, .Opcode = 0x0D});
+  Run();
+  EXPECT_EQ(Text(u"lblGetHistoryData"_s), u"Upload complete: 95 records uploaded."_s);
+  EXPECT_EQ(Text(u"lblRetries"_s), u"retries 1, begun anew"_s);
+  EXPECT_EQ(Bar()->maximum(), 95);
+  EXPECT_EQ(Bar()->value(), 95);
   EXPECT_TRUE(messages_.All.empty());
 }
 

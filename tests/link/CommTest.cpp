@@ -357,5 +357,35 @@ TEST(SendFrame, EndsAtOnceWhenTheProgramEnds) {
   EXPECT_EQ(bench.Loop.NowMs(), 250);
 }
 
+TEST(WaitsWhile, EndsAWaitAsSoonAsItsConditionNoLongerHolds) {
+  LinkBench bench;
+  bool wanted = true;
+  bench.Loop.After(250, [&] { wanted = false; });
+  {
+    const WaitsWhile scope(bench.Channel, [&] { return wanted; });
+    EXPECT_FALSE(Send(bench, {0x0F}, 2));
+    EXPECT_EQ(bench.Loop.NowMs(), 250);
+    EXPECT_EQ(bench.Port.Writes.size(), 1u);
+    // And nothing more goes out.
+    EXPECT_FALSE(Send(bench, {0x0F}, 2));
+    EXPECT_EQ(bench.Port.Writes.size(), 1u);
+    bench.Channel.WaitForBytes(30, 0);
+    EXPECT_EQ(bench.Loop.NowMs(), 250);
+  }
+  bench.Answering(kAck);
+  EXPECT_TRUE(Send(bench, {0x0F}));
+}
+
+TEST(WaitsWhile, LeavesWhatHasArrivedToBeTaken) {
+  LinkBench bench;
+  bool wanted = true;
+  const WaitsWhile scope(bench.Channel, [&] { return wanted; });
+  bench.Port.Arrive(FrameOf({1, 2, 3}));
+  wanted = false;
+  Bytes payload(3);
+  EXPECT_TRUE(bench.Channel.ReceiveFrame(payload));
+  EXPECT_THAT(payload, ElementsAre(1, 2, 3));
+}
+
 }  // namespace
 }  // namespace tessmar::test
