@@ -264,7 +264,7 @@ TEST_F(Viewer, ACancelledSaveLooksAsIfNothingHappened) {
 TEST_F(Viewer, SaysWhichFileWasNotSavedAndWhy) {
   AddRecords(6);
   Open();
-  dialogs_.Answers = {u"/dev/full"_s, u"/no/such/folder/h.csv"_s};
+  dialogs_.Answers = {u"/dev/full"_s, u"/proc/no/such/folder/h.csv"_s};
   Click(u"cmdSave"_s);
   Click(u"cmdSave"_s);
   SetTextLanguage(kLanguageGerman);
@@ -277,7 +277,7 @@ TEST_F(Viewer, SaysWhichFileWasNotSavedAndWhy) {
                                  u"This is not an ordinary file:\r\n/dev/full"_s,
                                  16, u"Save To File"_s},
                                 {u"Error: file was not saved correctly.\r\n\r\n"
-                                 u"The folder does not exist:\r\n/no/such/folder"_s,
+                                 u"The folder does not exist:\r\n/proc/no/such/folder"_s,
                                  16, u"Save To File"_s},
                                 {u"Fehler: Datei wurde nicht korrekt gespeichert.\r\n\r\n"
                                  u"Das ist keine gewöhnliche Datei:\r\n/dev/full"_s,
