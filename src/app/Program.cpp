@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QFileInfo>
 #include <QLibraryInfo>
+#include <cstdio>
+#include <cstdlib>
 
 #include "ProgramVersion.h"
 #include "app/MainLocalizer.h"
@@ -28,6 +30,8 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr int kTickMs = 100;
+/// For settings on their way to the logger, when a signal wants the end.
+constexpr int kLongestFinishMs = 3000;
 
 // The ports file stands beside the store.
 QString PortsPath(const QString& storePath) {
@@ -72,7 +76,11 @@ Program::Program(ProgramEnvironment environment, const SystemLocale& locale)
                 .LoadLoggerImageFile = [this] { imageImport_.LoadLoggerImageFile(); }}),
       helpFiles_(FindHelpFiles(environment_.AppPath)),
       help_(environment_.AppPath),
-      closeRequests_(window_, [this] { return loop_.IsRunningOnce(); }) {
+      closeRequests_(window_, [this] { return loop_.IsRunningOnce(); }),
+      sessionEnd_([this] { EndBySignal(); }) {
+  programming_.OnFinished = [this] { ProgrammingFinished(); };
+  // What is half-way to the logger would stay there half, not committed.
+  window_.MayClose = [this] { return ended_ || !programming_.IsUnderWay(); };
   QGuiApplication::setWindowIcon(ProgramIcon());
   QObject::connect(&window_, &frmMain::CommandRequested, &window_,
                    [this](MainCommand command) { Perform(command); });
@@ -143,13 +151,48 @@ void Program::ShowStartState() {
 }
 
 void Program::ReadSettings() {
-  store_.Load(connection_, recentFiles_, csvDateTimeSingleColumn_);
+  settingsRead_ = store_.Load(connection_, recentFiles_, csvDateTimeSingleColumn_);
+  storeUnreadable_ = !settingsRead_;
 }
 
 void Program::Shutdown() {
   if (ended_) return;
   ended_ = true;
-  SaveSettings();
+  if (!SaveSettings()) {
+    status_ = EXIT_FAILURE;
+    messages_.MsgBox(NotSaved(), kExclamation, window_.windowTitle());
+    // A signal may have ended the program under the message.
+    if (loop_.Ending()) return;
+  }
+  CloseEverything(EXIT_SUCCESS);
+}
+
+void Program::EndBySignal() {
+  if (!programming_.IsUnderWay()) return EndNow();
+  if (endWanted_) return;
+  endWanted_ = true;
+  QTimer::singleShot(kLongestFinishMs, &window_, [this] { EndNow(); });
+}
+
+void Program::ProgrammingFinished() {
+  if (!endWanted_) return;
+  // At once, so that whatever follows on the stack asks nothing and goes to the logger no more; the
+  // rest when the stack has unwound.
+  loop_.End();
+  QMetaObject::invokeMethod(
+      &window_, [this] { EndNow(); }, Qt::QueuedConnection);
+}
+
+void Program::EndNow() {
+  if (!ended_ && !SaveSettings()) {
+    status_ = EXIT_FAILURE;
+    std::fprintf(stderr, "TessmarLogger: %s\n", qPrintable(NotSaved().replace("\r\n"_L1, " "_L1)));
+  }
+  ended_ = true;
+  CloseEverything(status_);
+}
+
+void Program::CloseEverything(int status) {
   comm_.ClosePort();
   timer1_.stop();
   timer2_.stop();
@@ -159,16 +202,20 @@ void Program::Shutdown() {
     if (auto* dialog = qobject_cast<QDialog*>(form)) dialog->done(QDialog::Rejected);
   }
   // Not quit(), which would ask every window for its consent first.
-  QCoreApplication::exit(0);
+  QCoreApplication::exit(status);
 }
 
-void Program::SaveSettings() {
-  if (store_.Save(connection_, recentFiles_, csvDateTimeSingleColumn_)) return;
+bool Program::SaveSettings() const {
+  // What was never read is not known, and writing it would lose what stands there.
+  if (!settingsRead_) return !storeUnreadable_;
+  return store_.Save(connection_, recentFiles_, csvDateTimeSingleColumn_);
+}
+
+QString Program::NotSaved() const {
   const QString lost = TextLanguage() == kLanguageGerman
                            ? u"Die Einstellungen konnten nicht gespeichert werden:"_s
                            : u"The settings could not be saved:"_s;
-  messages_.MsgBox(lost + u"\r\n"_s + QDir::toNativeSeparators(environment_.StorePath),
-                   kExclamation, window_.windowTitle());
+  return lost + u"\r\n"_s + QDir::toNativeSeparators(environment_.StorePath);
 }
 
 void Program::Perform(MainCommand command) {
@@ -241,7 +288,8 @@ void Program::ShowViewer() {
                      .Locale = locale_,
                      .CsvDateTimeSingleColumn = csvDateTimeSingleColumn_,
                      .RelayDisplayEnabled = display_.RelayDisplayEnabled,
-                     .AppPath = environment_.AppPath},
+                     .AppPath = environment_.AppPath,
+                     .Loop = &loop_},
                     &window_);
   viewer.exec();
 }

@@ -11,6 +11,7 @@
 #include "app/Help.h"
 #include "app/HelpTarget.h"
 #include "app/MainActions.h"
+#include "app/SessionEnd.h"
 #include "app/frmMain.h"
 #include "base/Clock.h"
 #include "base/QtMessageLoop.h"
@@ -34,6 +35,8 @@
 #include "settings/LoggerSettings.h"
 #include "setup/Programming.h"
 #include "setup/RecentFiles.h"
+#include "ui/FrontKeeper.h"
+#include "ui/HeldKeys.h"
 #include "ui/MessageDialogs.h"
 #include "ui/QtFileDialogs.h"
 
@@ -67,10 +70,18 @@ class Program {
   /// closes every form and ends the message loop. Only the first call does anything.
   void Shutdown();
 
+  /// The shutdown at a signal or a log-out. It asks nothing and shows nothing: settings that cannot
+  /// be written are told in a line on standard error, and the message loop's result is 1 then.
+  /// Settings that are on their way to the logger are let through first, for 3 seconds at most.
+  void EndBySignal();
+
   /// True when a fault that no operation has trapped has to end the program: with faults not
   /// trapped, and not once it is ending anyway, where a closed port under an operation is nobody's
   /// fault.
   bool AreFaultsFatal() const { return !link_.TrapErrors && !ended_; }
+
+  /// True while settings are on their way to the logger and may not be cut off.
+  bool IsProgramming() const { return programming_.IsUnderWay(); }
 
   frmMain& Window() { return window_; }
   const LinkState& Link() const { return link_; }
@@ -90,7 +101,11 @@ class Program {
   void ShowSetup(bool mayProgram);
   std::optional<ImportChoice> AskImportChoice();
   void ShowAbout();
-  void SaveSettings();
+  bool SaveSettings() const;
+  QString NotSaved() const;
+  void ProgrammingFinished();
+  void EndNow();
+  void CloseEverything(int status);
 
   ProgramEnvironment environment_;
   SystemLocale locale_;
@@ -128,10 +143,17 @@ class Program {
   HelpFiles helpFiles_;
   Help help_;
   CloseRequests closeRequests_;
+  HeldKeys heldKeys_;
+  FrontKeeper frontKeeper_;
+  SessionEnd sessionEnd_;
 
   QTimer timer1_;
   QTimer timer2_;
+  bool settingsRead_ = false;  ///< The store was read as a whole, and so may be written.
+  bool storeUnreadable_ = false;
+  int status_ = 0;  ///< Of a process that a signal ends: 1 when the settings were lost.
   bool ended_ = false;
+  bool endWanted_ = false;  ///< By a signal that waits for settings on their way to the logger.
 };
 
 }  // namespace tessmar

@@ -41,11 +41,20 @@ TerminationSignals::TerminationSignals(std::function<void()> onSignal)
   action.sa_handler = HandleTerminationSignal;
   sigemptyset(&action.sa_mask);
   action.sa_flags = SA_RESTART;
-  for (const int number : kSignals) sigaction(number, &action, nullptr);
+  for (const int number : kSignals) {
+    struct sigaction inherited = {};
+    if (sigaction(number, nullptr, &inherited) == 0 && inherited.sa_handler == SIG_IGN) continue;
+    sigaction(number, &action, nullptr);
+  }
 }
 
 TerminationSignals::~TerminationSignals() {
-  for (const int number : kSignals) std::signal(number, SIG_DFL);
+  for (const int number : kSignals) {
+    struct sigaction present = {};
+    const bool isOurs =
+        sigaction(number, nullptr, &present) == 0 && present.sa_handler == HandleTerminationSignal;
+    if (isOurs) std::signal(number, SIG_DFL);
+  }
   delete notifier_;
   for (int& end : signalEnds) {
     if (end >= 0) ::close(end);

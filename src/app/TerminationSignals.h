@@ -7,8 +7,9 @@ class QSocketNotifier;
 namespace tessmar {
 
 /// Turns the signals with which a desktop or a terminal asks a program to end (SIGTERM, SIGINT,
-/// SIGHUP) into a call in the message loop, so that the program ends as if its window were closed.
-/// On platforms without such signals it does nothing. One at a time.
+/// SIGHUP) into a call in the message loop.
+/// A signal that the process was started to ignore, as by nohup, stays ignored. On platforms
+/// without such signals it does nothing. One at a time.
 class TerminationSignals {
  public:
   explicit TerminationSignals(std::function<void()> onSignal);

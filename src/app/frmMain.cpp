@@ -28,20 +28,21 @@ struct EntryRow {
   const char* Name;  ///< Behind the menu's prefix.
   MainCommand Command;
   const char* Shortcut;  ///< Of the English set only.
+  const char* Caption;   ///< Of both sets, until the set of the language gets its own.
 };
 
 // The entries of both Action menus, in order.
 constexpr EntryRow kActionEntries[] = {
-    {"Connect", MainCommand::Connect, "Ctrl+N"},
-    {"Disconnect", MainCommand::Disconnect, "Ctrl+D"},
-    {"SampleContinuously", MainCommand::ToggleSampling, "Ctrl+A"},
-    {"GetSettings", MainCommand::GetSample, "Ctrl+G"},
-    {"GetHistoryData", MainCommand::GetHistory, "Ctrl+H"},
-    {"ClearHistory", MainCommand::ClearHistory, "Ctrl+C"},
-    {"SynchronizeTime", MainCommand::SyncTime, "Ctrl+T"},
-    {"Setup", MainCommand::Setup, "Ctrl+S"},
-    {"ResetPulseAccs", MainCommand::ResetPulseAccumulators, "Ctrl+R"},
-    {"LoadLoggerImageFile", MainCommand::LoadLoggerImageFile, ""},
+    {"Connect", MainCommand::Connect, "Ctrl+N", "Co&nnect"},
+    {"Disconnect", MainCommand::Disconnect, "Ctrl+D", "&Disconnect"},
+    {"SampleContinuously", MainCommand::ToggleSampling, "Ctrl+A", "S&ample Continuously"},
+    {"GetSettings", MainCommand::GetSample, "Ctrl+G", "&Get Sample"},
+    {"GetHistoryData", MainCommand::GetHistory, "Ctrl+H", "Get &History Data"},
+    {"ClearHistory", MainCommand::ClearHistory, "Ctrl+C", "&Clear History"},
+    {"SynchronizeTime", MainCommand::SyncTime, "Ctrl+T", "Synchronize &Time"},
+    {"Setup", MainCommand::Setup, "Ctrl+S", "&Setup"},
+    {"ResetPulseAccs", MainCommand::ResetPulseAccumulators, "Ctrl+R", "&Reset Pulse Accumulators"},
+    {"LoadLoggerImageFile", MainCommand::LoadLoggerImageFile, "", "Load Logger Image &File"},
 };
 
 struct ButtonRow {
@@ -235,8 +236,9 @@ QHBoxLayout* frmMain::MakeCommandRow() {
 }
 
 void frmMain::AddEntry(QMenu* menu, const QString& name, MainCommand command,
-                       const QString& shortcut) {
+                       const QString& caption, const QString& shortcut) {
   auto* entry = Add(new QAction(this), name);
+  SetCaption(name, caption);
   entry->setMenuRole(QAction::NoRole);
   if (!shortcut.isEmpty()) entry->setShortcut(QKeySequence(shortcut));
   connect(entry, &QAction::triggered, this, [this, command] { Q_EMIT CommandRequested(command); });
@@ -245,10 +247,12 @@ void frmMain::AddEntry(QMenu* menu, const QString& name, MainCommand command,
 
 QMenu* frmMain::MakeActionMenu(const QString& prefix) {
   auto* menu = Add(new QMenu(this), prefix + u"Action"_s);
+  SetCaption(menu->objectName(), u"&Action"_s);
   for (const EntryRow& entry : kActionEntries) {
     // The German set has no shortcuts.
     const QString shortcut = prefix == "mnu"_L1 ? QString::fromLatin1(entry.Shortcut) : QString();
-    AddEntry(menu, prefix + QString::fromLatin1(entry.Name), entry.Command, shortcut);
+    AddEntry(menu, prefix + QString::fromLatin1(entry.Name), entry.Command,
+             QString::fromLatin1(entry.Caption), shortcut);
   }
   return menu;
 }
@@ -377,8 +381,9 @@ void frmMain::paintEvent(QPaintEvent* event) {
 }
 
 void frmMain::closeEvent(QCloseEvent* event) {
-  event->accept();
-  Q_EMIT Closed();
+  const bool mayClose = !MayClose || MayClose();
+  event->setAccepted(mayClose);
+  if (mayClose) Q_EMIT Closed();
 }
 
 }  // namespace tessmar

@@ -4,6 +4,7 @@
 #include <QMainWindow>
 #include <QString>
 #include <array>
+#include <functional>
 
 #include "base/MainScreen.h"
 
@@ -63,6 +64,9 @@ class frmMain final : public QMainWindow, public MainScreen {
   /// is here; asking for another one is a programming error.
   QObject* Control(const QString& name) const;
 
+  /// Asked when the window is to be closed; a window that may not be closed stays without a word.
+  std::function<bool()> MayClose;
+
  Q_SIGNALS:
   void CommandRequested(tessmar::MainCommand command);
   /// The window was closed through its frame.
@@ -89,7 +93,7 @@ class frmMain final : public QMainWindow, public MainScreen {
   void MakeMenus();
   void TellReading(const QString& valueLabel);
   QMenu* MakeActionMenu(const QString& prefix);
-  void AddEntry(QMenu* menu, const QString& name, MainCommand command,
+  void AddEntry(QMenu* menu, const QString& name, MainCommand command, const QString& caption = {},
                 const QString& shortcut = {});
 
   QHash<QString, QObject*> controls_;

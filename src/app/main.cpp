@@ -46,7 +46,7 @@ int main(int argc, char** argv) {
                           QString::fromUtf8(fault.what()));
     std::_Exit(kFaulted);
   };
-  const TerminationSignals signals([&program] { program.Window().close(); });
+  const TerminationSignals signals([&program] { program.EndBySignal(); });
   try {
     program.Start();
   } catch (const Fault& fault) {

@@ -44,7 +44,8 @@ class Messages {
 
   /// Shows a message and waits for its answer.
   /// @param buttons  a sum of MsgBoxStyle values.
-  /// @return a MsgBoxResult; closing the message gives the first button's.
+  /// @return a MsgBoxResult: the pressed button's; of one that the end of the program closed, the
+  ///   first button's. So whoever acts on an answer asks MessageLoop::Ending first.
   virtual int MsgBox(const QString& prompt, int buttons, const QString& title) = 0;
 };
 

@@ -54,6 +54,10 @@ frmGetHistoryData::frmGetHistoryData(HistoryBuffer& buffer, LoggerCommands& comm
   cmdCancel_->setObjectName(u"cmdCancel"_s);
   BuildLayout();
 
+  // Not on Stop: the key that began the upload, pressed once more, must not end it.
+  progressBar1_->setFocusPolicy(Qt::TabFocus);
+  progressBar1_->setFocus();
+
   connect(cmdOkay_, &QPushButton::clicked, this, [this] { cmdOkay_Click(); });
   connect(cmdCancel_, &QPushButton::clicked, this, [this] { cmdCancel_Click(); });
 }

@@ -3,6 +3,7 @@
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
 #include <QProgressBar>
@@ -19,6 +20,7 @@
 #include "history/HistoryView.h"
 #include "history/frmHistoryOptions.h"
 #include "history/frmProgress.h"
+#include "ui/EnterKey.h"
 
 namespace tessmar {
 namespace {
@@ -77,7 +79,6 @@ void frmHistory::BuildControls() {
   cmdOptions_->setObjectName(u"cmdOptions"_s);
   cmdPack_->setObjectName(u"cmdPack"_s);
   cmdSave_->setObjectName(u"cmdSave"_s);
-  // No default button: Enter in the table must not close what only a new upload could show again.
   for (QPushButton* button : {cmdOK_, cmdOptions_, cmdPack_, cmdSave_})
     button->setAutoDefault(false);
 
@@ -163,6 +164,13 @@ void frmHistory::ShowBar(int minimum, int maximum) {
   repaint();
 }
 
+// Enter presses the button that has the focus, and no other: in the table it must not close what
+// only a new upload could show again.
+void frmHistory::keyPressEvent(QKeyEvent* event) {
+  const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!PressFocusedButton(*this, *event) && !isEnter) QDialog::keyPressEvent(event);
+}
+
 void frmHistory::cmdOK_Click() {
   {
     const WaitCursorScope waitCursor(parts_.Screen);
@@ -180,7 +188,8 @@ void frmHistory::cmdPack_Click() {
   const QPointer<frmHistory> self(this);
   const int answer = parts_.Message.MsgBox(GetText(TextId::AskPack), kYesNo | kInformation,
                                            GetText(TextId::PackHistoryTitle));
-  if (!self.isNull() && answer == kYes) FillList(true);
+  if (self.isNull() || (parts_.Loop != nullptr && parts_.Loop->Ending())) return;
+  if (answer == kYes) FillList(true);
 }
 
 void frmHistory::cmdSave_Click() {

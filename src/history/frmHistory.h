@@ -8,6 +8,7 @@
 #include "base/FileDialogs.h"
 #include "base/FileTrouble.h"
 #include "base/MainScreen.h"
+#include "base/MessageLoop.h"
 #include "base/Messages.h"
 #include "base/SystemLocale.h"
 #include "history/HistoryBuffer.h"
@@ -37,6 +38,8 @@ struct HistoryViewerParts {
   QString& CsvDateTimeSingleColumn;  ///< Empty for date and time in separate columns.
   bool RelayDisplayEnabled = false;
   QString AppPath;  ///< The folder that the save dialog begins in, without a trailing separator.
+  /// Tells that the program is ending: an answer packs nothing then. None never ends.
+  const MessageLoop* Loop = nullptr;
 };
 
 /// The historical data viewer. The table is built when the form is made, and keeps the settings as
@@ -44,6 +47,9 @@ struct HistoryViewerParts {
 class frmHistory : public QDialog {
  public:
   explicit frmHistory(const HistoryViewerParts& parts, QWidget* parent = nullptr);
+
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
 
  private:
   void BuildControls();

@@ -124,11 +124,12 @@ void frmConnect::MakeControls() {
   txtConfiguration_->setAccessibleName(chkInitFile_->text());
   cmdBrowse_ = Named(u"cmdBrowse"_s, new QPushButton(u"..."_s));
   cmdBrowse_->setAccessibleName(Caption(TextId::SelectModemCommandFile));
-  cmdBrowse_->setAutoDefault(false);
 
   working_ = new QProgressBar;
   working_->setRange(0, 0);
   working_->setTextVisible(false);
+  working_->setFocusPolicy(Qt::TabFocus);
+  working_->setAccessibleName(Caption(TextId::Connect));
   QSizePolicy policy = working_->sizePolicy();
   policy.setRetainSizeWhenHidden(true);
   working_->setSizePolicy(policy);
@@ -251,12 +252,14 @@ void frmConnect::Browse() {
 
 void frmConnect::ShowConnecting(bool connecting) {
   working_->setVisible(connecting);
+  // Not on Cancel: the key that began the work, pressed once more, must not end it.
+  if (connecting) working_->setFocus();
   cmdConnect_->setEnabled(!connecting);
   for (QWidget* choice :
        std::initializer_list<QWidget*>{optDirect_, optModem_, fraDirect_, fraModem_}) {
     choice->setEnabled(!connecting);
   }
-  (connecting ? cmdCancel_ : cmdConnect_)->setFocus();
+  if (!connecting) cmdConnect_->setFocus();
 }
 
 void frmConnect::reject() {

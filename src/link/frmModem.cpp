@@ -1,6 +1,7 @@
 #include "link/frmModem.h"
 
 #include <QDialogButtonBox>
+#include <QKeyEvent>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QVBoxLayout>
@@ -51,7 +52,9 @@ frmModem::frmModem(Comm& comm, LinkState& link, const QStringList& commands, con
   auto* layout = new QVBoxLayout(this);
   layout->addWidget(txtModem_);
   layout->addWidget(buttons);
-  cmdCancel_->setFocus();
+  // Not on Cancel: the key that began the call, pressed once more, must not end it.
+  cmdCancel_->setAutoDefault(false);
+  txtModem_->setFocus();
 
   dialogue_.Start();
   timer1_.setObjectName(u"Timer1"_s);
@@ -62,6 +65,15 @@ frmModem::frmModem(Comm& comm, LinkState& link, const QStringList& commands, con
 
 void frmModem::reject() {
   dialogue_.Cancel();
+}
+
+// Enter presses Cancel only where Cancel has the focus.
+void frmModem::keyPressEvent(QKeyEvent* event) {
+  if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+    if (cmdCancel_->hasFocus()) cmdCancel_->click();
+    return;
+  }
+  QDialog::keyPressEvent(event);
 }
 
 void frmModem::Append(const QString& text) {

@@ -22,6 +22,9 @@ class frmModem : public QDialog {
 
   void reject() override;
 
+ protected:
+  void keyPressEvent(QKeyEvent* event) override;
+
  private:
   void Append(const QString& text);
   void SetTextColour(Rgb colour);

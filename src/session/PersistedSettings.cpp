@@ -54,7 +54,7 @@ std::int16_t PersistedSettings::Language(std::int16_t systemLanguage) const {
   return ReadNumber(store, u"Language"_s, systemLanguage, locale_);
 }
 
-void PersistedSettings::Load(ConnectionSettings& connection, RecentFiles& files,
+bool PersistedSettings::Load(ConnectionSettings& connection, RecentFiles& files,
                              QString& csvDateTimeSingleColumn) const {
   QSettings store(path_, QSettings::IniFormat);
   store.beginGroup(kSection);
@@ -74,6 +74,7 @@ void PersistedSettings::Load(ConnectionSettings& connection, RecentFiles& files,
   csvDateTimeSingleColumn = ReadText(store, u"CSVDateTimeSingleColumn"_s);
 
   connection.CurrentPhoneNumber = connection.ModemNumbers[0];
+  return store.status() != QSettings::AccessError;
 }
 
 bool PersistedSettings::Save(const ConnectionSettings& connection, const RecentFiles& files,

@@ -29,8 +29,9 @@ class PersistedSettings {
 
   /// Reads everything else. The phone number offered first is the latest one dialled.
   /// @param csvDateTimeSingleColumn  empty for date and time in separate CSV columns.
+  /// @return false when there is a store that could not be read: it must not be written then.
   /// Throws ConversionFault, with a text fit for the operator, when UseModemInit is not a number.
-  void Load(ConnectionSettings& connection, RecentFiles& files,
+  bool Load(ConnectionSettings& connection, RecentFiles& files,
             QString& csvDateTimeSingleColumn) const;
 
   /// Writes what Load reads. @return false when the store could not be written.

@@ -99,6 +99,7 @@ Session::FirstContact Session::InitializeLogger() {
 // The identifier is written last, so that a logger left half-way is offered initialisation again.
 bool Session::InitializeMemory() {
   if (!logger_.Commands.InitializeFlash()) return false;
+  const ProgrammingScope whole(logger_.Configuration);
   LoadDefaultSettings(logger_.Settings, link_.AnalogChannelCount);
   if (!logger_.Configuration.ProgramConfiguration()) return false;
   const QString identifier = NewIdentifier();

@@ -47,6 +47,7 @@ Programming::Programming(LoggerCommands& commands, LinkState& link, LoggerSettin
     : commands_(commands), link_(link), settings_(settings), display_(display) {}
 
 bool Programming::ProgramConfiguration() {
+  const ProgrammingScope whole(*this);
   return Trapped(link_, [this] {
     ConfigImage written;
     // The result does not count: a record that does not fit goes out with zeros behind its field.

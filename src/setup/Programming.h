@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 
 #include "link/LinkState.h"
 #include "link/cmd.h"
@@ -27,11 +28,36 @@ class Programming {
   /// Writes 8 characters, padded with blanks. @return true when the write was accepted.
   bool WriteIdentifier(const QString& text);
 
+  /// True while settings are on their way to the logger and may not be cut off.
+  bool IsUnderWay() const { return holds_ > 0; }
+  /// Called each time when settings are no longer under way. Must not throw.
+  std::function<void()> OnFinished;
+
  private:
+  friend class ProgrammingScope;
+
   LoggerCommands& commands_;
   LinkState& link_;
   LoggerSettings& settings_;
   LiveDisplay& display_;
+  int holds_ = 0;
+};
+
+/// Marks settings as under way from construction to destruction: what has to reach the logger
+/// wholly or be known to have failed. May be nested.
+class ProgrammingScope {
+ public:
+  explicit ProgrammingScope(Programming& programming) : programming_(programming) {
+    ++programming_.holds_;
+  }
+  ~ProgrammingScope() {
+    if (--programming_.holds_ == 0 && programming_.OnFinished) programming_.OnFinished();
+  }
+  ProgrammingScope(const ProgrammingScope&) = delete;
+  ProgrammingScope& operator=(const ProgrammingScope&) = delete;
+
+ private:
+  Programming& programming_;
 };
 
 }  // namespace tessmar

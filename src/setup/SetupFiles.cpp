@@ -67,6 +67,8 @@ bool SetupFiles::SaveSetupFile() {
       services_.Asker.MsgBox(GetText(TextId::AskOverwrite), kYesNo + kInformation, title) != kYes) {
     return false;
   }
+  // Closing the program answers the question, too, and that is nobody's leave to overwrite a file.
+  if (services_.Loop != nullptr && services_.Loop->Ending()) return false;
   screen_.ControlsToSettings();
   const bool written = Trapped(services_.Link, [&] {
     WriteFile(*path);

@@ -6,6 +6,7 @@
 
 #include "base/Clock.h"
 #include "base/FileDialogs.h"
+#include "base/MessageLoop.h"
 #include "base/Messages.h"
 #include "base/SystemLocale.h"
 #include "base/TextTable.h"
@@ -35,6 +36,8 @@ struct SetupFileServices {
   const Clock& Time;
   const SystemLocale& Locale;
   QString AppPath;  ///< The program's folder, without a separator at its end.
+  /// Tells that the program is ending: an answer overwrites nothing then. None never ends.
+  const MessageLoop* Loop = nullptr;
 };
 
 /// Saves the setup screen to a setup file and loads one into it. Made with the screen.

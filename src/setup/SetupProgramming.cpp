@@ -62,7 +62,8 @@ bool SetupProgramming::ConfirmAndProgram() {
   const QString title = GetText(TextId::ProgramSettings);
   const int answer = messages_.MsgBox(GetText(TextId::AskProgram), kYesNo | kInformation, title);
   if (answer != kYes || loop_.Ending()) return false;
-  if (!screen_.CheckDoSetup()) return false;
+  // The check asks, too.
+  if (!screen_.CheckDoSetup() || loop_.Ending()) return false;
   screen_.SetWaitCursor(true);
   screen_.ControlsToSettings();
   if (!WriteAndCommit()) {
@@ -76,6 +77,8 @@ bool SetupProgramming::ConfirmAndProgram() {
 }
 
 bool SetupProgramming::WriteAndCommit() {
+  // As one: the image that stands in the logger counts only once it is committed.
+  const ProgrammingScope whole(programming_);
   return programming_.ProgramConfiguration() && commands_.CommitConfiguration();
 }
 
@@ -105,7 +108,7 @@ bool SetupProgramming::ProgramOnClosing() {
   // Nothing is shown after a warning answered with Cancel; every other way out but success reports.
   bool refused = false;
   const bool programmed = Trapped(link_, [&] {
-    if (!screen_.CheckDoSetup()) {
+    if (!screen_.CheckDoSetup() || loop_.Ending()) {
       refused = true;
       return false;
     }

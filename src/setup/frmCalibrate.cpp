@@ -37,6 +37,8 @@ frmCalibrate::frmCalibrate(Calibration& calibration, const QString& title, PageC
   cmdNext_ = NewButton(u"cmdNext"_s, GetText(TextId::Next), {}, this);
   cmdCancel_ = NewButton(u"cmdCancel"_s, GetText(TextId::Cancel), {}, this);
   cmdNext_->setDefault(true);
+  // Enter presses the one that has the focus, and Next from the field.
+  for (QPushButton* button : {cmdBack_, cmdNext_, cmdCancel_}) button->setAutoDefault(true);
 
   auto* inner = new QVBoxLayout(frame1);
   inner->addWidget(lblCalibrate_);

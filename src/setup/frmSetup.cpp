@@ -25,6 +25,7 @@
 #include "setup/SetupGeneralPage.h"
 #include "setup/SetupWidgets.h"
 #include "setup/frmCalibrate.h"
+#include "ui/EnterKey.h"
 
 namespace tessmar {
 
@@ -275,7 +276,8 @@ void frmSetup::ConnectFiles() {
                         .Dialogs = services_.Dialogs,
                         .Time = services_.Time,
                         .Locale = services_.Locale,
-                        .AppPath = services_.AppPath},
+                        .AppPath = services_.AppPath,
+                        .Loop = &services_.Loop},
       SetupFileScreen{.ControlsToSettings = [this] { ControlsToSettings(); },
                       .SettingsToControls = [this] { SettingsToControls(); },
                       .OfferSaveIfChanged = [this] { return programming_->OfferSaveIfChanged(); }});
@@ -324,7 +326,7 @@ bool frmSetup::CheckDoSetup() {
 void frmSetup::InitializeToDefaults() {
   const int answer = services_.Asker.MsgBox(GetText(TextId::AskInitialize), kYesNo | kQuestion,
                                             GetText(TextId::InitializeTitle));
-  if (answer != kYes) return;
+  if (answer != kYes || services_.Loop.Ending()) return;
   LoadDefaultSettings(services_.Settings, services_.Link.AnalogChannelCount);
   SettingsToControls();
 }
@@ -370,7 +372,7 @@ bool frmSetup::AskToClose() {
 // Enter presses the button that has the focus, and no other.
 void frmSetup::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
-    if (auto* button = qobject_cast<QPushButton*>(focusWidget())) button->click();
+    PressFocusedButton(*this, *event);
     return;
   }
   QDialog::keyPressEvent(event);

@@ -17,6 +17,19 @@ using namespace Qt::StringLiterals;
 /// Buttons of an error report.
 enum ErrorButton { kCopyButton = 1, kErrorHelpButton = 2 };
 
+void SetButtons(FMessage& form, const std::vector<MessageButton>& buttons) {
+  QStringList captions;
+  QList<bool> unload;
+  for (const MessageButton& button : buttons) {
+    captions << button.Caption;
+    unload << button.Closes;
+  }
+  form.SetButtonText(captions);
+  form.SetButtonsUnload(unload);
+  const MessageWayOut wayOut = MessageWayOutFor(buttons);
+  form.SetWayOut(wayOut.Escape, wayOut.Close);
+}
+
 /// Presses F1, as the operator would, at the control that has the focus.
 void SendHelpKey(FMessage* form) {
   QWidget* focused = form->focusWidget();
@@ -45,14 +58,7 @@ int CMessage::MsgBox(const QString& prompt, int buttons, const QString& title,
   prompt_ = prompt;
   form->SetMessageTitle(title);
 
-  QStringList captions;
-  QList<bool> unload;
-  for (const MessageButton& button : MessageButtonsFor(buttons)) {
-    captions << button.Caption;
-    unload << button.Closes;
-  }
-  form->SetButtonText(captions);
-  form->SetButtonsUnload(unload);
+  SetButtons(*form, MessageButtonsFor(buttons));
   form->SetMessageIcon(MessageIconCode(buttons));
   form->SetButtonDefault(DefaultMessageButton(buttons));
   form->SetTextAlignment((buttons & kRightAligned) != 0 ? Qt::AlignRight : Qt::AlignLeft);
@@ -75,10 +81,9 @@ void CMessage::DisplayError(const QString& prompt, bool helpButton, int context)
   FMessage* form = m_frmError_;
   prompt_ = prompt;
   form->SetMessageTitle(QCoreApplication::applicationName());
-  QStringList captions{u"Close"_s, u"Copy"_s};
-  if (helpButton) captions << u"Help"_s;
-  form->SetButtonText(captions);
-  form->SetButtonsUnload({true, false, false});
+  std::vector<MessageButton> set{{u"Close"_s, true, 0}, {u"Copy"_s, false, 0}};
+  if (helpButton) set.push_back({u"Help"_s, false, 0});
+  SetButtons(*form, set);
   form->SetMessageIcon(kCritical);
   form->SetButtonDefault(0);
   form->SetTextAlignment(Qt::AlignLeft);

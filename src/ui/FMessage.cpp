@@ -1,6 +1,7 @@
 #include "ui/FMessage.h"
 
 #include <QAccessible>
+#include <QCloseEvent>
 #include <QFontMetrics>
 #include <QGuiApplication>
 #include <QKeyEvent>
@@ -83,8 +84,8 @@ FMessage::FMessage(QWidget* parent)
       lblMessage_(new QLabel(this)),
       picButtons_(new QWidget(this)) {
   setObjectName(u"FMessage"_s);
-  setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint |
-                 Qt::WindowCloseButtonHint);
+  // No close button: it would have to stand for an answer that nobody gave.
+  setWindowFlags(Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
 
   picIcon_->setObjectName(u"picIcon"_s);
   picIcon_->hide();
@@ -138,6 +139,11 @@ void FMessage::SetButtonDefault(int button) {
   buttonDefault_ = button;
   if (button < 0 || button >= kMostButtons) return;
   cmdButton_[static_cast<std::size_t>(button)]->setDefault(true);
+}
+
+void FMessage::SetWayOut(std::optional<int> escape, std::optional<int> close) {
+  escapeButton_ = escape;
+  closeButton_ = close;
 }
 
 void FMessage::SetTextAlignment(Qt::AlignmentFlag alignment) {
@@ -239,7 +245,17 @@ void FMessage::keyPressEvent(QKeyEvent* event) {
     Q_EMIT HelpKeyPressed();
     return;
   }
+  if (event->key() == Qt::Key_Escape) {
+    if (escapeButton_) cmdButton_Click(*escapeButton_);
+    return;
+  }
   QDialog::keyPressEvent(event);
+}
+
+// The window manager's request. The program itself closes the message by done().
+void FMessage::closeEvent(QCloseEvent* event) {
+  event->ignore();
+  if (closeButton_) cmdButton_Click(*closeButton_);
 }
 
 void FMessage::showEvent(QShowEvent* event) {

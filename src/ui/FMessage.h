@@ -3,6 +3,7 @@
 #include <QDialog>
 #include <QStringList>
 #include <array>
+#include <optional>
 
 class QLabel;
 class QPushButton;
@@ -32,12 +33,18 @@ class FMessage : public QDialog {
   void SetTopMost(bool topMost);
   /// The button that Enter presses; one that is not shown is none.
   void SetButtonDefault(int button);
+  /// The button that Escape and the window manager's close request press, if any: nothing but a
+  /// press of a button is ever taken for one that does something.
+  /// @param escape  none: Escape is ignored.
+  /// @param close   none: a close request is ignored.
+  void SetWayOut(std::optional<int> escape, std::optional<int> close);
   void SetTextAlignment(Qt::AlignmentFlag alignment);
 
   /// Index of the button pressed last; 0 until one is.
   int SelectedButton() const { return selectedButton_; }
 
-  /// Lays the dialog out for the text, shows it modally and returns after it has closed.
+  /// Lays the dialog out for the text, shows it modally and returns after it has closed, by one of
+  /// its buttons or by done().
   void ShowMessage(const QString& prompt);
 
  Q_SIGNALS:
@@ -47,6 +54,7 @@ class FMessage : public QDialog {
   void HelpKeyPressed();
 
  protected:
+  void closeEvent(QCloseEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void showEvent(QShowEvent* event) override;
 
@@ -68,6 +76,8 @@ class FMessage : public QDialog {
   int selectedButton_ = 0;
   int iconCode_ = 0;
   int buttonDefault_ = 0;
+  std::optional<int> escapeButton_;
+  std::optional<int> closeButton_;
 };
 
 }  // namespace tessmar

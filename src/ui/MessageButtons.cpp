@@ -62,6 +62,23 @@ int DefaultMessageButton(int buttons) {
   return (buttons & kDefaultButtonBits) / kDefaultButtonStep;
 }
 
+MessageWayOut MessageWayOutFor(const std::vector<MessageButton>& buttons) {
+  std::optional<int> cancel;
+  std::optional<int> no;
+  std::optional<int> only;
+  int closing = 0;
+  for (int i = 0; i < static_cast<int>(buttons.size()); ++i) {
+    const MessageButton& button = buttons[static_cast<std::size_t>(i)];
+    if (!button.Closes) continue;
+    ++closing;
+    only = i;
+    if (button.Result == kCancel) cancel = i;
+    if (button.Result == kNo) no = i;
+  }
+  if (closing > 1) only = std::nullopt;
+  return {.Escape = cancel ? cancel : (no ? no : only), .Close = only};
+}
+
 QString MessageSound(int /*buttons*/) {
   // One sound for every message, whatever its icon: operators know it as the program's own.
   return u"SystemHand"_s;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 #include <vector>
 
 namespace tessmar {
@@ -27,6 +28,18 @@ int MessageIconCode(int buttons);
 
 /// Index of the default button, 0 to 3; it may lie beyond the buttons that there are.
 int DefaultMessageButton(int buttons);
+
+/// What may stand for an answer when none of the buttons was pressed.
+struct MessageWayOut {
+  std::optional<int> Escape;  ///< Index of the button that Escape presses; none: it does nothing.
+  std::optional<int> Close;   ///< The same for the window manager's close request.
+  bool operator==(const MessageWayOut&) const = default;
+};
+
+/// Escape declines: it presses Cancel, or else No, or else the only button that closes the message;
+/// it does nothing where there is a choice without a way to decline. A close request does nothing
+/// where there is a choice at all.
+MessageWayOut MessageWayOutFor(const std::vector<MessageButton>& buttons);
 
 /// The alias of the system sound that a message plays.
 QString MessageSound(int buttons);

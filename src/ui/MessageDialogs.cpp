@@ -1,6 +1,7 @@
 #include "ui/MessageDialogs.h"
 
 #include <QApplication>
+#include <QFileDialog>
 #include <utility>
 
 #include "ui/ActiveWindow.h"
@@ -8,6 +9,17 @@
 #include "ui/MessageButtons.h"
 
 namespace tessmar {
+namespace {
+
+/// The window that a message belongs to. Not a file dialog, which goes together with its question:
+/// a window manager would look for it to hand the keyboard on.
+QWidget* OwnerOfMessage() {
+  QWidget* owner = ActiveWindow();
+  while (qobject_cast<QFileDialog*>(owner) != nullptr) owner = owner->parentWidget();
+  return owner;
+}
+
+}  // namespace
 
 MessageDialogs::MessageDialogs(std::function<bool()> ending, Sound sound)
     : ending_(std::move(ending)), sound_(std::move(sound)) {
@@ -18,7 +30,7 @@ int MessageDialogs::MsgBox(const QString& prompt, int buttons, const QString& ti
   constexpr int kNoneSelected = 0;
   if (ending_ && ending_()) return MessageResult(buttons, kNoneSelected);
   sound_(MessageSound(buttons));
-  return CMessage(ActiveWindow()).MsgBox(prompt, buttons, title);
+  return CMessage(OwnerOfMessage()).MsgBox(prompt, buttons, title);
 }
 
 }  // namespace tessmar

@@ -4,6 +4,7 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QPointer>
 #include <QTreeView>
 #include <utility>
@@ -11,6 +12,7 @@
 #include "base/FileNames.h"
 #include "base/TextTable.h"
 #include "ui/ActiveWindow.h"
+#include "ui/EnterKey.h"
 
 namespace tessmar {
 namespace {
@@ -25,8 +27,9 @@ QString Words(const QString& english, const QString& german) {
 /// The file dialog with the program's own checks and questions in place of the toolkit's.
 class FileDialog : public QFileDialog {
  public:
-  FileDialog(QWidget* parent, Messages& messages, const FileDialogRequest& request, AcceptMode mode)
-      : QFileDialog(parent), messages_(messages), request_(request) {
+  FileDialog(QWidget* parent, Messages& messages, const std::function<bool()>& ending,
+             const FileDialogRequest& request, AcceptMode mode)
+      : QFileDialog(parent), messages_(messages), ending_(ending), request_(request) {
     setObjectName(u"dlgFile"_s);
     setOptions(DontUseNativeDialog | DontConfirmOverwrite | DontUseCustomDirectoryIcons);
     setWindowTitle(request.Title);
@@ -61,6 +64,12 @@ class FileDialog : public QFileDialog {
     chosen_ = name;
     // Past the base class, which would ask its own questions about the name.
     done(Accepted);
+  }
+
+  // The buttons beside the list of folders are no default buttons, and Enter on one of them would
+  // press Save.
+  void keyPressEvent(QKeyEvent* event) override {
+    if (!PressFocusedButton(*this, *event)) QFileDialog::keyPressEvent(event);
   }
 
  private:
@@ -105,8 +114,9 @@ class FileDialog : public QFileDialog {
     if (!request_.ConfirmOverwrite || !info.exists()) return true;
     const QString question = Words(u"The file already exists. Do you want to replace it?"_s,
                                    u"Die Datei existiert bereits. Wollen Sie sie ersetzen?"_s);
-    return messages_.MsgBox(question + u"\r\n"_s + shown, kYesNo | kExclamation | kDefaultButton2,
-                            request_.Title) == kYes;
+    const int answer = messages_.MsgBox(question + u"\r\n"_s + shown,
+                                        kYesNo | kExclamation | kDefaultButton2, request_.Title);
+    return answer == kYes && !ending_();
   }
 
   void Refuse(const QString& reason, const QString& name) {
@@ -114,6 +124,7 @@ class FileDialog : public QFileDialog {
   }
 
   Messages& messages_;
+  const std::function<bool()>& ending_;
   const FileDialogRequest request_;
   QString chosen_;
 };
@@ -121,7 +132,9 @@ class FileDialog : public QFileDialog {
 }  // namespace
 
 QtFileDialogs::QtFileDialogs(Messages& messages, std::function<bool()> ending)
-    : messages_(messages), ending_(std::move(ending)) {}
+    : messages_(messages), ending_(std::move(ending)) {
+  if (!ending_) ending_ = [] { return false; };
+}
 
 std::optional<QString> QtFileDialogs::AskOpen(const FileDialogRequest& request) {
   return Ask(request, Purpose::Open);
@@ -132,11 +145,12 @@ std::optional<QString> QtFileDialogs::AskSave(const FileDialogRequest& request) 
 }
 
 std::optional<QString> QtFileDialogs::Ask(const FileDialogRequest& request, Purpose purpose) {
-  if (ending_ && ending_()) return std::nullopt;
+  if (ending_()) return std::nullopt;
   const auto mode = purpose == Purpose::Open ? QFileDialog::AcceptOpen : QFileDialog::AcceptSave;
   // The window that the dialog belongs to may go while it is open, and the dialog with it.
-  const QPointer<FileDialog> dialog = new FileDialog(ActiveWindow(), messages_, request, mode);
-  const bool accepted = dialog->exec() == QDialog::Accepted && !dialog.isNull();
+  const QPointer<FileDialog> dialog =
+      new FileDialog(ActiveWindow(), messages_, ending_, request, mode);
+  const bool accepted = dialog->exec() == QDialog::Accepted && !dialog.isNull() && !ending_();
   std::optional<QString> chosen;
   if (accepted) chosen = dialog->Chosen();
   delete dialog;

@@ -6,13 +6,17 @@
 #include <QAction>
 #include <QApplication>
 #include <QDialog>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <csignal>
 #include <memory>
+#include <utility>
 
+#include "app/TerminationSignals.h"
 #include "base/Fault.h"
 #include "base/TextTable.h"
 
@@ -201,6 +205,105 @@ TEST_F(ProgramStart, LetsFaultsEndTheProgramOnlyWithTheSwitchAndNotWhileItEndsAn
   EXPECT_TRUE(program_->AreFaultsFatal());
   program_->Shutdown();
   EXPECT_FALSE(program_->AreFaultsFatal());
+}
+
+TEST_F(ProgramStart, KeepsTheEnglishCaptionsOfTheActionMenuThatIsNotShown) {
+  const QStringList names{
+      u"Action"_s,      u"Connect"_s,        u"Disconnect"_s,         u"SampleContinuously"_s,
+      u"GetSettings"_s, u"GetHistoryData"_s, u"ClearHistory"_s,       u"SynchronizeTime"_s,
+      u"Setup"_s,       u"ResetPulseAccs"_s, u"LoadLoggerImageFile"_s};
+  const QStringList english{u"&Action"_s,
+                            u"Co&nnect"_s,
+                            u"&Disconnect"_s,
+                            u"S&ample Continuously"_s,
+                            u"&Get Sample"_s,
+                            u"Get &History Data"_s,
+                            u"&Clear History"_s,
+                            u"Synchronize &Time"_s,
+                            u"&Setup"_s,
+                            u"&Reset Pulse Accumulators"_s,
+                            u"Load Logger Image &File"_s};
+  for (const auto& [language, hidden] :
+       {std::pair(u"-l7"_s, u"mnu"_s), std::pair(u"-l9"_s, u"imnu"_s)}) {
+    Start({language});
+    for (qsizetype i = 0; i < names.size(); ++i) EXPECT_EQ(Text(hidden + names[i]), english[i]);
+    program_->Shutdown();
+  }
+}
+
+TEST_F(ProgramStart, ThatFailedWritesNoSettings) {
+  const QByteArray stored = "[Configuration]\nDirectPort=COM9\nLanguage=German\n";
+  QDir().mkpath(folder_.filePath(u"store"_s));
+  QFile store(StorePath());
+  ASSERT_TRUE(store.open(QIODevice::WriteOnly));
+  store.write(stored);
+  store.close();
+  EXPECT_THROW(Start(), ConversionFault);
+  program_->EndBySignal();
+  ASSERT_TRUE(store.open(QIODevice::ReadOnly));
+  EXPECT_EQ(store.readAll(), stored);
+}
+
+TEST_F(ProgramStart, EndedBySignalAsksNothingAndGives1WhenTheSettingsCannotBeSaved) {
+  // A file stands where the store's folder would.
+  Put(u"store"_s);
+  Start();
+  testing::internal::CaptureStderr();
+  QTimer::singleShot(0, qApp, [&] { program_->EndBySignal(); });
+  EXPECT_EQ(QApplication::exec(), 1);
+  EXPECT_EQ(testing::internal::GetCapturedStderr(),
+            "TessmarLogger: The settings could not be saved: " + StorePath().toStdString() + "\n");
+}
+
+TEST_F(ProgramStart, EndedBySignalWritesTheSettingsAndGives0) {
+  Start();
+  QTimer::singleShot(0, qApp, [&] { program_->EndBySignal(); });
+  EXPECT_EQ(QApplication::exec(), 0);
+  EXPECT_TRUE(QFile::exists(StorePath()));
+}
+
+TEST_F(ProgramStart, EndsBySignalUnderTheMessageOfItsOwnEnd) {
+  Put(u"store"_s);
+  Start();
+  QTimer::singleShot(0, qApp, [&] {
+    QTimer::singleShot(0, qApp, [&] {
+      EXPECT_NE(QApplication::activeModalWidget(), nullptr);
+      program_->EndBySignal();
+    });
+    program_->Shutdown();
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+  });
+  QApplication::exec();
+}
+
+TEST_F(ProgramStart, EndsWithTheSessionOfTheDesktopUnderAnyDialog) {
+  Start();
+  QTimer::singleShot(0, qApp, [&] {
+    QDialog dialog(&program_->Window());
+    QTimer::singleShot(0, qApp, [] { QCoreApplication::quit(); });
+    dialog.exec();
+  });
+  EXPECT_EQ(QApplication::exec(), 0);
+  EXPECT_TRUE(QFile::exists(StorePath()));
+}
+
+TEST(TerminationSignals, LeaveASignalIgnoredThatWasIgnoredBefore) {
+  struct sigaction before = {};
+  sigaction(SIGHUP, nullptr, &before);
+  std::signal(SIGHUP, SIG_IGN);
+  int told = 0;
+  {
+    const TerminationSignals signals([&told] { ++told; });
+    std::raise(SIGHUP);
+    QCoreApplication::processEvents();
+    std::raise(SIGTERM);
+    QCoreApplication::processEvents();
+  }
+  struct sigaction after = {};
+  sigaction(SIGHUP, nullptr, &after);
+  EXPECT_EQ(after.sa_handler, SIG_IGN);
+  EXPECT_EQ(told, 1);
+  sigaction(SIGHUP, &before, nullptr);
 }
 
 }  // namespace

@@ -62,15 +62,20 @@ void LoggerProcess::PullOut() {
 }
 
 Desk::Desk(const QStringList& loggerOptions, const QStringList& arguments,
-           const SystemLocale& locale) {
+           const SystemLocale& locale)
+    : arguments_(arguments), locale_(locale) {
   QSettings store(StorePath(), QSettings::IniFormat);
   store.setValue(u"Configuration/DirectPort"_s, u"COM9"_s);
   store.setValue(u"Configuration/DirectBaud"_s, u"115200"_s);
   store.sync();
   StartLogger(loggerOptions);
+  MakeProgram();
+}
+
+void Desk::MakeProgram() {
   program_ = std::make_unique<Program>(
       ProgramEnvironment{
-          .Arguments = QStringList{u"TessmarLogger"_s} + arguments,
+          .Arguments = QStringList{u"TessmarLogger"_s} + arguments_,
           .AppPath = folder_.path(),
           .StorePath = StorePath(),
           .PortNames = u"COM9=%1,Simulated logger"_s.arg(Path(u"logger"_s)),
@@ -80,7 +85,13 @@ Desk::Desk(const QStringList& loggerOptions, const QStringList& arguments,
                 QCoreApplication::exit(0);
               },
       },
-      locale);
+      locale_);
+}
+
+void Desk::StartProgramAgain() {
+  program_.reset();
+  sinceClose_.invalidate();
+  MakeProgram();
 }
 
 Desk::~Desk() = default;
@@ -180,6 +191,16 @@ void Desk::CloseMainWindow() {
       [this] {
         sinceClose_.start();
         program_->Window().close();
+      },
+      Qt::QueuedConnection);
+}
+
+void Desk::EndBySignal() {
+  QMetaObject::invokeMethod(
+      qApp,
+      [this] {
+        sinceClose_.start();
+        program_->EndBySignal();
       },
       Qt::QueuedConnection);
 }

@@ -73,6 +73,10 @@ class Desk {
   /// For the robot: closes the main window, as from its frame, and says how long the program took
   /// to end. The robot may do nothing in the windows after it.
   void CloseMainWindow();
+  /// For the robot: ends the program as a signal does, and says how long it took to end.
+  void EndBySignal();
+  /// Makes a new program after the present one has ended, with the same store and logger.
+  void StartProgramAgain();
 
   Program& TheProgram() { return *program_; }
   QString StorePath() const { return folder_.filePath(QStringLiteral("store.ini")); }
@@ -84,6 +88,10 @@ class Desk {
   bool EndedAtOnce() const { return endedAtOnce_; }
 
  private:
+  void MakeProgram();
+
+  const QStringList arguments_;
+  const SystemLocale locale_;
   QTemporaryDir folder_;
   std::unique_ptr<LoggerProcess> logger_;
   std::unique_ptr<Program> program_;

@@ -182,5 +182,43 @@ TEST_F(TheProcess, FileExitStoresNothing) {
   EXPECT_EQ(Stored(), kStore);
 }
 
+TEST_F(TheProcess, EndedBySignalAtItsStartUpErrorKeepsItsStore) {
+  for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+    Start({u"-l7"_s, u"-d"_s});
+    WaitForWindow(box_);
+    ::kill(static_cast<pid_t>(process_.processId()), signal);
+    EXPECT_TRUE(process_.waitForFinished(kPatience));
+    EXPECT_EQ(process_.exitStatus(), QProcess::NormalExit);
+    EXPECT_EQ(process_.exitCode(), 1);
+    EXPECT_EQ(Stored(), kStore);
+  }
+}
+
+TEST_F(TheProcess, EndedBySignalAsksNothingAboutAStoreThatCannotBeWritten) {
+  Start({});
+  WaitForWindow(dialog_);
+  // A file stands where the store's folder was.
+  const QString folder = folder_.filePath(u"Tessmar"_s);
+  ASSERT_TRUE(QDir(folder).removeRecursively());
+  QFile inTheWay(folder);
+  ASSERT_TRUE(inTheWay.open(QIODevice::WriteOnly));
+  ::kill(static_cast<pid_t>(process_.processId()), SIGTERM);
+  EXPECT_TRUE(process_.waitForFinished(kPatience));
+  EXPECT_EQ(process_.exitStatus(), QProcess::NormalExit);
+  EXPECT_EQ(process_.exitCode(), 1);
+  EXPECT_EQ(Complaint(), u"TessmarLogger: The settings could not be saved: "_s + StorePath());
+}
+
+TEST_F(TheProcess, StartedToIgnoreASignalIgnoresIt) {
+  process_.setChildProcessModifier([] { std::signal(SIGHUP, SIG_IGN); });
+  Start({});
+  WaitForWindow(dialog_);
+  ::kill(static_cast<pid_t>(process_.processId()), SIGHUP);
+  EXPECT_FALSE(process_.waitForFinished(700));
+  ::kill(static_cast<pid_t>(process_.processId()), SIGTERM);
+  EXPECT_TRUE(process_.waitForFinished(kPatience));
+  EXPECT_EQ(process_.exitCode(), 0);
+}
+
 }  // namespace
 }  // namespace tessmar::test

@@ -20,6 +20,7 @@
 #include "history/TableRig.h"
 #include "history/frmHistory.h"
 #include "history/frmProgress.h"
+#include "support/FakeMessageLoop.h"
 #include "support/FakeOutside.h"
 #include "support/SmallDisk.h"
 
@@ -441,6 +442,38 @@ TEST(Progress, StaysHiddenWhileThereIsNothingToWaitFor) {
   EXPECT_TRUE(progress.isHidden());
   progress.Advance(199999);
   EXPECT_TRUE(progress.isHidden());
+}
+
+TEST_F(Viewer, EnterPressesTheButtonThatHasTheFocusAndNoOther) {
+  AddRecords(4);
+  Open();
+  viewer_->show();
+  const auto enterOn = [this](QWidget* control) {
+    control->setFocus();
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(control, &enter);
+  };
+  messages_.Answers = {kNo};
+  enterOn(Find<QPushButton>(u"cmdPack"_s));
+  EXPECT_EQ(messages_.All.size(), 1U);
+  enterOn(Find<QPushButton>(u"cmdSave"_s));
+  EXPECT_EQ(dialogs_.All.size(), 1U);
+  enterOn(List());
+  EXPECT_TRUE(viewer_->isVisible());
+  enterOn(Find<QPushButton>(u"cmdOK"_s));
+  EXPECT_FALSE(viewer_->isVisible());
+}
+
+TEST_F(Viewer, PacksNothingWhenTheProgramEndsAtTheQuestion) {
+  AddRecords(4);
+  test::FakeMessageLoop loop(rig_.Link);
+  viewer_.emplace(HistoryViewerParts{rig_.Buffer, rig_.Settings, rig_.Link, screen_, messages_,
+                                     dialogs_, clock_, rig_.Locale, option_, relays_, u"/opt/app"_s,
+                                     &loop});
+  messages_.Answers = {kYes};
+  messages_.OnMessage = [&] { loop.End(); };
+  Click(u"cmdPack"_s);
+  EXPECT_EQ(Text(u"lblNumRecords"_s), u"4"_s);
 }
 
 }  // namespace

@@ -425,5 +425,43 @@ TEST(frmConnect, SurvivesTheEndOfTheProgramWhileDialling) {
   EXPECT_FALSE(bench.Link.Connected);
 }
 
+TEST(frmConnect, TheKeyThatBeganConnectingDoesNotEndIt) {
+  FormBench bench;
+  bench.Load();
+  bench.Form->activateWindow();
+  const auto enter = [&] {
+    QWidget* target = bench.Form->focusWidget();
+    ASSERT_NE(target, nullptr);
+    QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(target, &key);
+  };
+  bench.LetLoggerAnswer();
+  bool pressedAgain = false;
+  const auto answer = bench.Port.OnWrite;
+  bench.Port.OnWrite = [&](const Bytes& written) {
+    if (!pressedAgain) {
+      pressedAgain = true;
+      EXPECT_FALSE(bench.The<QPushButton>(u"cmdCancel"_s).hasFocus());
+      enter();
+    }
+    answer(written);
+  };
+  enter();
+  EXPECT_TRUE(pressedAgain);
+  EXPECT_TRUE(bench.Link.Connected);
+}
+
+TEST(frmConnect, EnterOnTheFileButtonBrowses) {
+  FormBench bench;
+  bench.Load();
+  bench.Click(u"optModem"_s);
+  auto& browse = bench.The<QPushButton>(u"cmdBrowse"_s);
+  browse.setFocus();
+  QKeyEvent key(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+  QCoreApplication::sendEvent(&browse, &key);
+  EXPECT_EQ(bench.Files.All.size(), 1u);
+  EXPECT_TRUE(bench.Form->isVisible());
+}
+
 }  // namespace
 }  // namespace tessmar::test

@@ -275,5 +275,12 @@ TEST(PersistedSettingsPath, LiesInTheUsersConfigurationFolder) {
   }
 }
 
+TEST_F(PersistedSettingsTest, TellsAStoreThatCannotBeRead) {
+  EXPECT_TRUE(Store().Load(Connection, Files, SingleColumn));
+  // A folder stands in its place.
+  QDir().mkpath(Path());
+  EXPECT_FALSE(Store().Load(Connection, Files, SingleColumn));
+}
+
 }  // namespace
 }  // namespace tessmar::test

@@ -290,5 +290,23 @@ TEST_F(CalibrateScreenTest, SpeaksGerman) {
   });
 }
 
+TEST_F(CalibrateScreenTest, EnterPressesTheButtonThatHasTheFocus) {
+  const QStringList before = Boxes(0);
+  const auto enterOn = [this](const QString& name) {
+    Button(name).setFocus();
+    QTest::keyClick(&Button(name), Qt::Key_Return);
+  };
+  Calibrate(0, [&] {
+    for (int page = 0; page < 3; ++page) enterOn(u"cmdNext"_s);
+    EXPECT_EQ(Button(u"cmdNext"_s).text(), u"Finish"_s);
+    enterOn(u"cmdBack"_s);
+    EXPECT_EQ(Label(), u"Enter the lowest value in engineering units:"_s);
+    enterOn(u"cmdNext"_s);
+    enterOn(u"cmdCancel"_s);
+    EXPECT_FALSE(wizard_->isVisible());
+  });
+  EXPECT_EQ(Boxes(0), before);
+}
+
 }  // namespace
 }  // namespace tessmar

@@ -11,6 +11,7 @@
 
 #include "base/Fault.h"
 #include "settings/ConfigImages.h"
+#include "support/FakeMessageLoop.h"
 #include "support/FakeOutside.h"
 
 namespace tessmar::test {
@@ -347,6 +348,21 @@ TEST_F(SetupFilesTest, IgnoresAnEmptyEntryAndAFileThatIsGone) {
   EXPECT_TRUE(Messages.All.empty());
   EXPECT_EQ(Offers, 0);
   EXPECT_EQ(Recent.RecentSetupFiles[0], Path(u"gone.set"_s));
+}
+
+// Closing the program answers the question with its first button.
+TEST_F(SetupFilesTest, OverwritesNothingWhenTheProgramEndsAtTheQuestion) {
+  Put(u"pond.set"_s, "old");
+  FakeMessageLoop loop(Link);
+  SetupFiles files(
+      {Link, Settings, Recent, Baseline, Messages, Dialogs, Time, Locale, u"/opt"_s, &loop},
+      {[] {}, [] {}, [] { return false; }});
+  Messages.Answers = {kYes};
+  Messages.OnMessage = [&] { loop.End(); };
+  Dialogs.Answers.push_back(Path(u"pond.set"_s));
+  EXPECT_FALSE(files.SaveSetupFile());
+  EXPECT_EQ(Messages.All, std::vector<Asked>{kOverwrite});
+  EXPECT_EQ(Content(u"pond.set"_s), "old");
 }
 
 }  // namespace

@@ -49,6 +49,7 @@ class SetupProgrammingTest : public testing::Test {
   QString name_;  ///< What txtName holds.
   bool doCheckPasses_ = true;
   bool doCheckFaults_ = false;
+  bool endsInCheck_ = false;  ///< The program ends while the check asks.
   bool saveSucceeds_ = true;
   int doChecks_ = 0;
   int saves_ = 0;
@@ -68,6 +69,7 @@ class SetupProgrammingTest : public testing::Test {
                       .CheckDoSetup =
                           [this] {
                             ++doChecks_;
+                            if (endsInCheck_) rig_.Loop.End();
                             if (doCheckFaults_) throw RangeFault("no such column");
                             return doCheckPasses_;
                           },
@@ -426,6 +428,49 @@ TEST_F(SetupProgrammingTest, NothingIsStartedOnTheWordOfAProgramThatIsEnding) {
   EXPECT_EQ(doChecks_, 0);
   EXPECT_EQ(Writes(), 0);
   EXPECT_FALSE(rig_.Link.Busy);
+}
+
+TEST_F(SetupProgrammingTest, WritesNothingWhenTheProgramEndsAtAWarning) {
+  name_ = u"Weir"_s;
+  Answer({kYes, kYes});
+  endsInCheck_ = true;
+  setup_.ProgramSettings();
+  EXPECT_EQ(doChecks_, 1);
+  EXPECT_EQ(Writes(), 0);
+}
+
+TEST_F(SetupProgrammingTest, OnClosingWritesNothingWhenTheProgramEndsAtAWarning) {
+  name_ = u"Weir"_s;
+  setup_.TakeFileBaseline();
+  Answer({kNo, kYes});
+  endsInCheck_ = true;
+  setup_.MayClose();
+  EXPECT_EQ(doChecks_, 1);
+  EXPECT_EQ(Writes(), 0);
+}
+
+TEST_F(SetupProgrammingTest, IsUnderWayFromTheFirstBlockToTheCommitAsOnePiece) {
+  name_ = u"Weir"_s;
+  int finished = 0;
+  rig_.Programmer.OnFinished = [&] {
+    ++finished;
+    EXPECT_EQ(rig_.Logger.Commits(), 1);
+  };
+  rig_.Messages.OnMessage = [this] { EXPECT_FALSE(rig_.Programmer.IsUnderWay()); };
+  bool duringCommit = false;
+  rig_.Loop.OnTick = [&, tick = rig_.Loop.OnTick] {
+    tick();
+    EXPECT_TRUE(rig_.Programmer.IsUnderWay());
+    duringCommit = duringCommit || rig_.Logger.Requests(kCommitOpcode) > 0;
+  };
+  // The line fails once at the commit, too.
+  rig_.Logger.AddFault(
+      {.Mode = sim::FailureMode::RequestLost, .Count = 1, .Opcode = kCommitOpcode});
+  Answer({kYes});
+  setup_.ProgramSettings();
+  EXPECT_TRUE(duringCommit);
+  EXPECT_EQ(finished, 1);
+  EXPECT_FALSE(rig_.Programmer.IsUnderWay());
 }
 
 }  // namespace

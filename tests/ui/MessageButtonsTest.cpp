@@ -110,5 +110,16 @@ TEST(MessageSound, IsTheSameForEveryMessage) {
   }
 }
 
+TEST(MessageWayOut, DeclinesWithEscapeAndNeverChoosesOnClosing) {
+  using WayOut = MessageWayOut;
+  EXPECT_EQ(MessageWayOutFor(MessageButtonsFor(0)), (WayOut{0, 0}));
+  EXPECT_EQ(MessageWayOutFor(MessageButtonsFor(16384)), (WayOut{0, 0}));
+  EXPECT_EQ(MessageWayOutFor(MessageButtonsFor(1)), (WayOut{1, std::nullopt}));
+  EXPECT_EQ(MessageWayOutFor(MessageButtonsFor(2)), (WayOut{std::nullopt, std::nullopt}));
+  EXPECT_EQ(MessageWayOutFor(MessageButtonsFor(3)), (WayOut{2, std::nullopt}));
+  EXPECT_EQ(MessageWayOutFor(MessageButtonsFor(4)), (WayOut{1, std::nullopt}));
+  EXPECT_EQ(MessageWayOutFor(MessageButtonsFor(5)), (WayOut{1, std::nullopt}));
+}
+
 }  // namespace
 }  // namespace tessmar

@@ -12,6 +12,7 @@
 
 #include "base/TextTable.h"
 #include "ui/CMessage.h"
+#include "ui/HeldKeys.h"
 #include "ui/MessageDialogs.h"
 
 namespace tessmar {
@@ -179,12 +180,81 @@ TEST_F(Message, ClosedWithoutAButtonGivesTheFirstOnesResult) {
   };
   for (const Row row : {Row{0, 1}, Row{1, 1}, Row{2, 3}, Row{3, 6}, Row{4, 6}, Row{5, 4}}) {
     WhenShown([](FMessage& form) {
-      form.close();
+      form.done(QDialog::Rejected);
       EXPECT_EQ(form.SelectedButton(), 0);
     });
     EXPECT_EQ(MsgBox(u"Sure?"_s, row.Buttons), row.Result) << row.Buttons;
-    WhenShown([](FMessage& form) { Press(form, Qt::Key_Escape); });
-    EXPECT_EQ(MsgBox(u"Sure?"_s, row.Buttons + 256), row.Result) << row.Buttons;
+  }
+}
+
+TEST_F(Message, TakesEscapeForTheButtonThatDeclines) {
+  struct Row {
+    int Buttons;
+    int Result;
+  };
+  for (const Row row :
+       {Row{0, 1}, Row{16384, 1}, Row{1, 2}, Row{3, 2}, Row{4, 7}, Row{5, 2}, Row{4 + 16384, 7}}) {
+    bool closed = false;
+    WhenShown([&](FMessage& form) {
+      Press(form, Qt::Key_Escape);
+      closed = !form.isVisible();
+    });
+    EXPECT_EQ(MsgBox(u"Sure?"_s, row.Buttons), row.Result) << row.Buttons;
+    EXPECT_TRUE(closed) << row.Buttons;
+  }
+}
+
+TEST_F(Message, WithoutAWayToDeclineIgnoresEscape) {
+  WhenShown([](FMessage& form) {
+    Press(form, Qt::Key_Escape);
+    EXPECT_TRUE(form.isVisible());
+    Button(form, 2)->click();
+  });
+  EXPECT_EQ(MsgBox(u"Sure?"_s, 2), 5);
+}
+
+TEST_F(Message, WithAChoiceIgnoresARequestToClose) {
+  for (const int buttons : {1, 2, 3, 4, 5, 4 + 16384}) {
+    WhenShown([](FMessage& form) {
+      EXPECT_FALSE(form.windowFlags() & Qt::WindowCloseButtonHint);
+      form.close();
+      EXPECT_TRUE(form.isVisible());
+      Button(form, 1)->click();
+    });
+    MsgBox(u"Sure?"_s, buttons);
+  }
+}
+
+TEST_F(Message, WithoutAChoiceTakesARequestToCloseForOk) {
+  for (const int buttons : {0, 16384}) {
+    WhenShown([](FMessage& form) {
+      form.close();
+      EXPECT_FALSE(form.isVisible());
+    });
+    EXPECT_EQ(MsgBox(u"Done."_s, buttons), 1);
+  }
+}
+
+TEST_F(Message, ReportingAnErrorTakesEscapeForClose) {
+  WhenShown([](FMessage& form) {
+    Press(form, Qt::Key_Escape);
+    EXPECT_FALSE(form.isVisible());
+  });
+  CMessage().DisplayError(u"Out of paper"_s);
+}
+
+// The key that opened the question is still down.
+TEST_F(Message, IsNotAnsweredByAKeyThatIsHeldDown) {
+  const HeldKeys heldKeys;
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter, Qt::Key_Escape}) {
+    WhenShown([key](FMessage& form) {
+      QKeyEvent held(QEvent::KeyPress, key, Qt::NoModifier, QString(), true);
+      QCoreApplication::sendEvent(form.focusWidget(), &held);
+      EXPECT_TRUE(form.isVisible());
+      Press(form, key);
+      EXPECT_FALSE(form.isVisible());
+    });
+    MsgBox(u"Sure?"_s, 36);
   }
 }
 

@@ -6,12 +6,16 @@
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QKeyEvent>
 #include <QLineEdit>
+#include <QPushButton>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <QToolButton>
 
 #include "base/TextTable.h"
 #include "support/FakeOutside.h"
+#include "ui/MessageDialogs.h"
 
 namespace tessmar {
 namespace {
@@ -180,6 +184,65 @@ TEST_F(QtFileDialogsTest, CancelAtOnceWhileTheProgramEnds) {
   QtFileDialogs ending(messages_, [] { return true; });
   EXPECT_EQ(ending.AskOpen(Request()), std::nullopt);
   EXPECT_EQ(ending.AskSave(Request()), std::nullopt);
+}
+
+// The end of the program answers the question with its first button, and takes the dialog down.
+TEST_F(QtFileDialogsTest, OverwriteNothingWhenTheProgramEndsAtTheQuestion) {
+  Touch(u"pond.csv"_s);
+  FileDialogRequest request = Request();
+  request.ConfirmOverwrite = true;
+  bool isEnding = false;
+  QtFileDialogs dialogs(messages_, [&] { return isEnding; });
+  messages_.Answers = {kYes};
+  WhenShown([&](QFileDialog& dialog) {
+    messages_.OnMessage = [&] {
+      isEnding = true;
+      static_cast<QDialog&>(dialog).done(QDialog::Rejected);
+    };
+    Take(dialog, u"pond.csv"_s);
+  });
+  EXPECT_EQ(dialogs.AskSave(request), std::nullopt);
+  EXPECT_EQ(messages_.All.size(), 1U);
+}
+
+// Both go in one moment, and a window manager would look for the dialog to hand the keyboard on.
+TEST_F(QtFileDialogsTest, DoNotOwnTheirQuestion) {
+  Touch(u"pond.csv"_s);
+  FileDialogRequest request = Request();
+  request.ConfirmOverwrite = true;
+  MessageDialogs asked([] { return false; }, [](const QString&) {});
+  QtFileDialogs dialogs(asked, [] { return false; });
+  QDialog viewer;
+  const QWidget* owner = nullptr;
+  QTimer::singleShot(0, &viewer, [&] {
+    WhenShown([&](QFileDialog& dialog) {
+      QTimer::singleShot(0, &dialog, [&] {
+        auto* message = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+        owner = message->parentWidget();
+        message->findChild<QPushButton*>(u"cmdButton(0)"_s)->click();
+      });
+      EXPECT_TRUE(Take(dialog, u"pond.csv"_s));
+    });
+    EXPECT_EQ(dialogs.AskSave(request), Path(u"pond.csv"_s));
+    viewer.reject();
+  });
+  viewer.exec();
+  EXPECT_EQ(owner, &viewer);
+}
+
+TEST_F(QtFileDialogsTest, PressTheButtonThatHasTheFocusOnEnter) {
+  Touch(u"pond.csv"_s);
+  WhenShown([](QFileDialog& dialog) {
+    dialog.findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(u"other.set"_s);
+    auto* parent = dialog.findChild<QToolButton*>(u"toParentButton"_s);
+    const QString before = dialog.directory().path();
+    parent->setFocus();
+    QKeyEvent enter(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier);
+    QCoreApplication::sendEvent(parent, &enter);
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_NE(dialog.directory().path(), before);
+  });
+  EXPECT_EQ(dialogs_.AskSave(Request()), std::nullopt);
 }
 
 }  // namespace
