@@ -3,13 +3,18 @@
 #include <QLocale>
 #include <QString>
 #include <cstdint>
+#include <optional>
 
 #include "link/ConnectionSettings.h"
+#include "session/IniSection.h"
 #include "setup/RecentFiles.h"
 
 namespace tessmar {
 
 /// The per-user store of what is kept between runs: an INI file with one section, [Configuration].
+///
+/// The file is replaced whole or not at all. A store that is there and cannot be read, because it
+/// is a pipe for instance, gives the defaults and is not written.
 ///
 /// All values are texts. A key that is missing gives its default; a store that is missing gives
 /// them all. Settings changed during a run live in memory until Save.
@@ -39,6 +44,11 @@ class PersistedSettings {
             const QString& csvDateTimeSingleColumn) const;
 
  private:
+  /// The file, empty when there is none. Throws FileTrouble when it cannot be read.
+  QByteArray Bytes() const;
+  /// What the section holds; nothing when the file cannot be read.
+  std::optional<IniValues> Values() const;
+
   QString path_;
   QLocale locale_;
 };

@@ -1,12 +1,15 @@
 #include "session/PersistedSettings.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 
 #include "base/Fault.h"
+#include "support/SmallDisk.h"
 
 namespace tessmar::test {
 namespace {
@@ -21,7 +24,7 @@ class PersistedSettingsTest : public testing::Test {
     return PersistedSettings(Path(), QLocale(QLocale::English, QLocale::UnitedStates));
   }
 
-  void Load() { Store().Load(Connection, Files, SingleColumn); }
+  void Load() { EXPECT_TRUE(Store().Load(Connection, Files, SingleColumn)); }
   bool Save() { return Store().Save(Connection, Files, SingleColumn); }
 
   void PutFile(const QByteArray& content) {
@@ -262,6 +265,57 @@ TEST_F(PersistedSettingsTest, AStoreThatCannotBeWrittenIsReported) {
   store.Load(Connection, Files, SingleColumn);
   EXPECT_EQ(Connection.DirectPort, u"Com1"_s);
   EXPECT_FALSE(store.Save(Connection, Files, SingleColumn));
+}
+
+TEST_F(PersistedSettingsTest, AFullDiskKeepsTheOldStore) {
+  SmallDisk disk;
+  const QString path = disk.Path(u"Tessmar Logger.ini"_s);
+  const PersistedSettings store(path, QLocale::c());
+  Connection.DirectPort = u"COM2"_s;
+  ASSERT_TRUE(store.Save(Connection, Files, SingleColumn));
+  // The longest texts make the store larger than the room that is left.
+  Files.SetupFolder = QString(9000, u'x');
+  for (const qint64 room : {0, 4096}) {
+    disk.Fill(room);
+    const bool saved = store.Save(Connection, Files, SingleColumn);
+    disk.Empty();
+    EXPECT_FALSE(saved) << room;
+    EXPECT_EQ(disk.Files(), QStringList{u"Tessmar Logger.ini"_s});
+    ConnectionSettings connection;
+    RecentFiles files;
+    store.Load(connection, files, SingleColumn);
+    EXPECT_EQ(connection.DirectPort, u"COM2"_s);
+  }
+}
+
+TEST_F(PersistedSettingsTest, APipeADeviceOrAFolderInItsPlaceIsLeftAlone) {
+  PutFile("");
+  const QString pipe = Path() + u".pipe"_s;
+  ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+  for (const QString& path : {pipe, u"/dev/zero"_s, QFileInfo(Path()).path()}) {
+    const PersistedSettings store(path, QLocale::c());
+    EXPECT_EQ(store.Language(9), 9);
+    EXPECT_FALSE(store.Load(Connection, Files, SingleColumn));
+    EXPECT_EQ(Connection.DirectPort, u"Com1"_s);
+    EXPECT_FALSE(store.Save(Connection, Files, SingleColumn)) << path.toStdString();
+  }
+}
+
+TEST_F(PersistedSettingsTest, AStoreThatMayNotBeReadIsNotWritten) {
+  const OrdinaryUser user;
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(u"store.ini"_s);
+  const PersistedSettings store(path, QLocale::c());
+  Connection.DirectPort = u"COM2"_s;
+  ASSERT_TRUE(store.Save(Connection, Files, SingleColumn));
+  ASSERT_TRUE(QFile::setPermissions(path, QFile::WriteOwner));
+  ConnectionSettings unread;
+  store.Load(unread, Files, SingleColumn);
+  EXPECT_EQ(unread.DirectPort, u"Com1"_s);
+  EXPECT_FALSE(store.Save(unread, Files, SingleColumn));
+  ASSERT_TRUE(QFile::setPermissions(path, QFile::ReadOwner | QFile::WriteOwner));
+  store.Load(unread, Files, SingleColumn);
+  EXPECT_EQ(unread.DirectPort, u"COM2"_s);
 }
 
 TEST(PersistedSettingsPath, LiesInTheUsersConfigurationFolder) {

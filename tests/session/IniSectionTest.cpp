@@ -1,0 +1,112 @@
+#include "session/IniSection.h"
+
+#include <gtest/gtest.h>
+
+#include <QFile>
+#include <QSettings>
+#include <QTemporaryDir>
+#include <random>
+
+namespace tessmar {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+const QByteArray kSection("Configuration");
+
+TEST(IniSection, ReadsTheLinesOfItsSection) {
+  const IniValues values = ReadIniSection(
+      "Port=stray\n[Other]\nPort=no\n[Configuration]\r\n; a note\n Port = COM3 ; the bench\n"
+      "Quoted=\" a;b \"\nList=01234, ext 5\nNo sign\nEmpty=\nPath=C:\\\\x\\x41\\101\nPort=COM4\n",
+      kSection);
+  EXPECT_EQ(values, (IniValues{{u"Port"_s, u"COM4"_s},
+                               {u"Quoted"_s, u" a;b "_s},
+                               {u"List"_s, u"01234, ext 5"_s},
+                               {u"Empty"_s, u""_s},
+                               {u"Path"_s, u"C:\\xAA"_s}}));
+}
+
+TEST(IniSection, PutsValuesInAndLeavesEveryOtherLine) {
+  EXPECT_EQ(
+      WithIniSection("; mine\n[Configuration]\nLanguage=7\nPort=COM1 ; old\n\n[Other]\nPort=x\n",
+                     kSection, {{u"Port"_s, u"a;b"_s}, {u"New"_s, u"@x"_s}}),
+      "; mine\n[Configuration]\nLanguage=7\nPort=\"a;b\"; old\nNew=@@x\n\n[Other]\nPort=x\n");
+  EXPECT_EQ(WithIniSection("[Other]\nPort=x", kSection, {{u"Port"_s, u"y"_s}}),
+            "[Other]\nPort=x\n\n[Configuration]\nPort=y\n");
+  EXPECT_EQ(WithIniSection("", kSection, {{u"B"_s, u"1"_s}, {u"A"_s, u""_s}}),
+            "[Configuration]\nA=\nB=1\n");
+}
+
+TEST(IniSection, GivesUpAFileFromWhichItCouldNotReadAgain) {
+  EXPECT_EQ(
+      WithIniSection("a=\"never closed\n[Configuration]\nA=1\n", kSection, {{u"A"_s, u"2"_s}}),
+      "[Configuration]\nA=2\n");
+}
+
+/// Texts of all that is odd in such a file.
+class OddTexts {
+ public:
+  QString Next() {
+    const QString pieces = u"ab7F0 \t,;=\"\\@()[]%\n\r\x01\x1f\x7fäÖ水°'?#x"_s;
+    QString text;
+    const auto size = luck_() % 12;
+    for (std::uint32_t i = 0; i < size; ++i)
+      text += pieces[static_cast<qsizetype>(luck_() % static_cast<std::uint32_t>(pieces.size()))];
+    if (luck_() % 20 == 0) text += QString::fromUcs4(U"\U0001F41F");
+    return text;
+  }
+
+ private:
+  std::mt19937 luck_{2026};
+};
+
+class IniSectionAndQSettings : public testing::Test {
+ protected:
+  QString NewPath() { return folder_.filePath(QString::number(++files_)); }
+  QTemporaryDir folder_;
+  int files_ = 0;
+};
+
+TEST_F(IniSectionAndQSettings, ReadsWhatQSettingsWrote) {
+  OddTexts texts;
+  for (int i = 0; i < 100; ++i) {
+    IniValues values;
+    const QString path = NewPath();
+    {
+      QSettings settings(path, QSettings::IniFormat);
+      settings.beginGroup(QString::fromLatin1(kSection));
+      for (int key = 0; key < 40; ++key) {
+        const QString name = u"Key%1"_s.arg(key);
+        values[name] = texts.Next();
+        settings.setValue(name, values[name]);
+      }
+    }
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
+    const IniValues read = ReadIniSection(file.readAll(), kSection);
+    for (auto value = values.cbegin(); value != values.cend(); ++value)
+      ASSERT_EQ(read[value.key()], *value);
+  }
+}
+
+TEST_F(IniSectionAndQSettings, WritesWhatQSettingsReads) {
+  OddTexts texts;
+  for (int i = 0; i < 100; ++i) {
+    IniValues values;
+    for (int key = 0; key < 40; ++key) values[u"Key%1"_s.arg(key)] = texts.Next();
+    const QByteArray bytes = WithIniSection({}, kSection, values);
+    ASSERT_EQ(ReadIniSection(bytes, kSection), values);
+    const QString path = NewPath();
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+    file.close();
+    QSettings settings(path, QSettings::IniFormat);
+    settings.beginGroup(QString::fromLatin1(kSection));
+    for (auto value = values.cbegin(); value != values.cend(); ++value)
+      ASSERT_EQ(settings.value(value.key()).toString(), *value);
+  }
+}
+
+}  // namespace
+}  // namespace tessmar
