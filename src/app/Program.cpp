@@ -12,6 +12,7 @@
 #include "app/MainLocalizer.h"
 #include "app/frmAbout.h"
 #include "app/frmSplash.h"
+#include "base/FileNames.h"
 #include "base/Localize.h"
 #include "base/TextTable.h"
 #include "history/GetHistoryData.h"
@@ -288,7 +289,7 @@ void Program::ShowViewer() {
                      .Locale = locale_,
                      .CsvDateTimeSingleColumn = csvDateTimeSingleColumn_,
                      .RelayDisplayEnabled = display_.RelayDisplayEnabled,
-                     .AppPath = environment_.AppPath,
+                     .AppPath = FirstFolderOfDialogs(environment_.AppPath),
                      .Loop = &loop_},
                     &window_);
   viewer.exec();
@@ -305,7 +306,7 @@ void Program::ShowSetup(bool mayProgram) {
                   .Time = clock_,
                   .Locale = locale_,
                   .Recent = recentFiles_,
-                  .AppPath = environment_.AppPath,
+                  .AppPath = FirstFolderOfDialogs(environment_.AppPath),
                   .ShowDoHelpEntry = !helpFiles_.DissolvedOxygen.isEmpty(),
                   .ShowHelp = [this] { help_.Open(helpFiles_.Logger); },
                   .ShowDoHelp = [this] { help_.Open(helpFiles_.DissolvedOxygen); },

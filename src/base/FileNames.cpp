@@ -1,5 +1,10 @@
 #include "base/FileNames.h"
 
+#include <QDir>
+#include <QStandardPaths>
+
+#include "base/WholeFile.h"
+
 namespace tessmar {
 namespace {
 
@@ -40,6 +45,12 @@ QString WithDefaultExtension(const QString& name, const QString& extension) {
   // A point in front makes a hidden file, not an extension.
   const bool hasExtension = last.lastIndexOf(u'.') > 0;
   return last.isEmpty() || hasExtension ? name : name + extension;
+}
+
+QString FirstFolderOfDialogs(const QString& appPath) {
+  if (TakesNewFiles(appPath)) return appPath;
+  const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+  return TakesNewFiles(documents) ? documents : QDir::homePath();
 }
 
 }  // namespace tessmar

@@ -25,4 +25,8 @@ QStringList FileFilters(const QString& filter);
 /// @param extension  with its point, such as ".csv"; empty adds nothing.
 QString WithDefaultExtension(const QString& name, const QString& extension);
 
+/// Where file dialogs start at first: the program's folder, or the user's documents where the user
+/// may not put a file into it.
+QString FirstFolderOfDialogs(const QString& appPath);
+
 }  // namespace tessmar

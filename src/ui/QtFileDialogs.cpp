@@ -2,15 +2,18 @@
 
 #include <QDir>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMimeDatabase>
 #include <QPointer>
 #include <QTreeView>
 #include <utility>
 
 #include "base/FileNames.h"
 #include "base/TextTable.h"
+#include "base/WholeFile.h"
 #include "ui/ActiveWindow.h"
 #include "ui/EnterKey.h"
 
@@ -24,13 +27,34 @@ QString Words(const QString& english, const QString& german) {
   return TextLanguage() == kLanguageGerman ? german : english;
 }
 
+/// Tells files and folders apart and looks into neither: the toolkit's own reads the beginning of
+/// each file in the list for its icon, and waits there for what never comes.
+class PlainIcons final : public QFileIconProvider {
+ public:
+  QIcon icon(const QFileInfo& info) const override {
+    return QFileIconProvider::icon(info.isDir() ? Folder : File);
+  }
+  using QFileIconProvider::icon;
+  QString type(const QFileInfo& info) const override {
+    if (info.isDir()) return Words(u"Folder"_s, u"Ordner"_s);
+    const QMimeDatabase types;
+    return types.mimeTypeForFile(info.fileName(), QMimeDatabase::MatchExtension).comment();
+  }
+};
+
+/// Holds the icons for longer than the dialog, whose thread uses them until it ends.
+struct IconsOfDialog {
+  PlainIcons Icons;
+};
+
 /// The file dialog with the program's own checks and questions in place of the toolkit's.
-class FileDialog : public QFileDialog {
+class FileDialog : private IconsOfDialog, public QFileDialog {
  public:
   FileDialog(QWidget* parent, Messages& messages, const std::function<bool()>& ending,
              const FileDialogRequest& request, AcceptMode mode)
       : QFileDialog(parent), messages_(messages), ending_(ending), request_(request) {
     setObjectName(u"dlgFile"_s);
+    setIconProvider(&Icons);
     setOptions(DontUseNativeDialog | DontConfirmOverwrite | DontUseCustomDirectoryIcons);
     setWindowTitle(request.Title);
     setAccessibleName(request.Title);
@@ -106,9 +130,8 @@ class FileDialog : public QFileDialog {
       Refuse(Words(u"The file does not exist:"_s, u"Die Datei existiert nicht:"_s), shown);
       return false;
     }
-    if (!info.dir().exists()) {
-      Refuse(Words(u"The folder does not exist:"_s, u"Der Ordner existiert nicht:"_s),
-             QDir::toNativeSeparators(info.path()));
+    if (const std::optional<FileTrouble> trouble = WriteTrouble(name)) {
+      messages_.MsgBox(trouble->Text(), kOkOnly | kExclamation, request_.Title);
       return false;
     }
     if (!request_.ConfirmOverwrite || !info.exists()) return true;

@@ -2,6 +2,12 @@
 
 #include <gtest/gtest.h>
 
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include "support/SmallDisk.h"
+
 namespace tessmar {
 namespace {
 
@@ -49,6 +55,29 @@ TEST(WithDefaultExtension, KeepsAnyOther) {
   EXPECT_EQ(WithDefaultExtension(u"pond.CSV"_s, u".csv"_s), u"pond.CSV"_s);
   EXPECT_EQ(WithDefaultExtension(u"/home/x/"_s, u".csv"_s), u"/home/x/"_s);
   EXPECT_EQ(WithDefaultExtension(u"pond"_s, QString()), u"pond"_s);
+}
+
+TEST(FirstFolderOfDialogs, IsTheProgramsOrElseTheDocumentsOrElseHome) {
+  const test::OrdinaryUser user;
+  const QTemporaryDir folder;
+  const QByteArray config = folder.filePath(u"config"_s).toLocal8Bit();
+  const QByteArray before = qgetenv("XDG_CONFIG_HOME");
+  qputenv("XDG_CONFIG_HOME", config);
+  QDir(folder.path()).mkpath(u"config"_s);
+  QDir(folder.path()).mkpath(u"papers"_s);
+  EXPECT_EQ(FirstFolderOfDialogs(folder.path()), folder.path());
+  QFile places(folder.filePath(u"config/user-dirs.dirs"_s));
+  ASSERT_TRUE(places.open(QIODevice::WriteOnly));
+  places.write("XDG_DOCUMENTS_DIR=\"" + folder.filePath(u"papers"_s).toLocal8Bit() + "\"\n");
+  places.close();
+  EXPECT_EQ(FirstFolderOfDialogs(u"/usr"_s), folder.filePath(u"papers"_s));
+  ASSERT_TRUE(QDir(folder.path()).rmdir(u"papers"_s));
+  EXPECT_EQ(FirstFolderOfDialogs(u"/usr"_s), QDir::homePath());
+  if (before.isEmpty()) {
+    qunsetenv("XDG_CONFIG_HOME");
+  } else {
+    qputenv("XDG_CONFIG_HOME", before);
+  }
 }
 
 }  // namespace

@@ -1,11 +1,13 @@
 #include "ui/QtFileDialogs.h"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <QApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileDialog>
+#include <QFileIconProvider>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QPushButton>
@@ -15,6 +17,7 @@
 
 #include "base/TextTable.h"
 #include "support/FakeOutside.h"
+#include "support/SmallDisk.h"
 #include "ui/MessageDialogs.h"
 
 namespace tessmar {
@@ -125,6 +128,54 @@ TEST_F(QtFileDialogsTest, RefuseToSaveIntoAFolderThatIsNotThere) {
   EXPECT_EQ(dialogs_.AskSave(Request()), std::nullopt);
   ASSERT_EQ(messages_.All.size(), 1U);
   EXPECT_EQ(messages_.All[0].Prompt, u"Der Ordner existiert nicht:\r\n"_s + Path(u"gone"_s));
+}
+
+TEST_F(QtFileDialogsTest, RefuseAPlaceThatCannotBeWritten) {
+  const test::OrdinaryUser user;
+  const QTemporaryDir mine;
+  const QString pipe = mine.filePath(u"pipe.set"_s);
+  ASSERT_EQ(::mkfifo(QFile::encodeName(pipe).constData(), 0600), 0);
+  const QString locked = mine.filePath(u"locked"_s);
+  QDir().mkdir(locked);
+  ASSERT_TRUE(QFile::setPermissions(locked, QFile::ReadOwner | QFile::ExeOwner));
+  WhenShown([&](QFileDialog& dialog) {
+    EXPECT_FALSE(Take(dialog, locked + u"/pond.set"_s));
+    EXPECT_FALSE(Take(dialog, pipe));
+  });
+  EXPECT_EQ(dialogs_.AskSave(Request()), std::nullopt);
+  ASSERT_EQ(messages_.All.size(), 2U);
+  EXPECT_EQ(messages_.All[0].Prompt,
+            u"You have no permission for this file or its folder:\r\n"_s + locked + u"/pond.set"_s);
+  EXPECT_EQ(messages_.All[0].Buttons, 48);
+  EXPECT_EQ(messages_.All[1].Prompt, u"This is not an ordinary file:\r\n"_s + pipe);
+}
+
+TEST_F(QtFileDialogsTest, TakeAFileInAFolderThatTakesNoNewOnes) {
+  const test::OrdinaryUser user;
+  const QTemporaryDir mine;
+  const QString path = mine.filePath(u"pond.set"_s);
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  ASSERT_TRUE(QFile::setPermissions(mine.path(), QFile::ReadOwner | QFile::ExeOwner));
+  WhenShown([&](QFileDialog& dialog) { EXPECT_TRUE(Take(dialog, path)); });
+  EXPECT_EQ(dialogs_.AskSave(Request()), path);
+  ASSERT_TRUE(
+      QFile::setPermissions(mine.path(), QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+}
+
+TEST_F(QtFileDialogsTest, ShowIconsWithoutLookingIntoFiles) {
+  Touch(u"noname"_s);
+  WhenShown([&](QFileDialog& dialog) {
+    // A text without an ending would be told from an empty file by its content.
+    QFile file(Path(u"noname"_s));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write("%PDF-1.4\n");
+    file.close();
+    EXPECT_EQ(dialog.iconProvider()->type(QFileInfo(Path(u"noname"_s))), u"unknown"_s);
+    EXPECT_FALSE(dialog.iconProvider()->icon(QFileInfo(Path(u"noname"_s))).isNull());
+    EXPECT_EQ(dialog.iconProvider()->type(QFileInfo(folder_.path())), u"Folder"_s);
+  });
+  dialogs_.AskOpen(Request());
 }
 
 TEST_F(QtFileDialogsTest, GoIntoAFolderThatIsTyped) {
