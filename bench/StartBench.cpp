@@ -25,6 +25,7 @@ double SecondsToWindow(ScreenWatch& screen, const QString& program, const std::s
   const QTemporaryDir store;
   QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
   environment.insert(u"XDG_CONFIG_HOME"_s, store.path());
+  environment.insert(u"XDG_DATA_HOME"_s, store.path());
   QProcess process;
   process.setProcessEnvironment(environment);
   process.setProcessChannelMode(QProcess::ForwardedErrorChannel);

@@ -39,10 +39,12 @@ QString PortsPath(const QString& storePath) {
   return QFileInfo(storePath).dir().filePath(u"ports.conf"_s);
 }
 
+QString ProgramVersionText() {
+  return u"%1.%2.%3"_s.arg(kVersionMajor).arg(kVersionMinor).arg(kVersionRevision);
+}
+
 QString Title() {
-  return u"Tessmar DO Monitor v%1.%2.%3"_s.arg(kVersionMajor)
-      .arg(kVersionMinor)
-      .arg(kVersionRevision);
+  return u"Tessmar DO Monitor v"_s + ProgramVersionText();
 }
 
 }  // namespace
@@ -52,6 +54,11 @@ Program::Program(ProgramEnvironment environment, const SystemLocale& locale)
       locale_(locale),
       store_(environment_.StorePath, locale_.Locale()),
       ports_(environment_.PortNames, ReadPortsFile(PortsPath(environment_.StorePath))),
+      archive_(environment_.ArchivePath, {.Link = link_,
+                                          .Settings = settings_,
+                                          .Time = clock_,
+                                          .Source = [this] { return ConnectionSource(); },
+                                          .Program = ProgramVersionText()}),
       port_(ports_),
       messages_([this] { return loop_.Ending(); }),
       fileDialogs_(messages_, [this] { return loop_.Ending(); }),
@@ -70,7 +77,8 @@ Program::Program(ProgramEnvironment environment, const SystemLocale& locale)
                     .StopTimer1 = [this] { pollLoop_.SetPaused(true); },
                     .StartTimer1 = [this] { pollLoop_.SetPaused(false); },
                     .ShowSetup = [this](bool mayProgram) { ShowSetup(mayProgram); },
-                    .ShowViewer = [this] { ShowViewer(); }}),
+                    .ShowViewer = [this] { ShowViewer(); },
+                    .ReportKept = [this] { ReportKept(); }}),
       actions_(logger_, session_, pollLoop_, window_, messages_, loop_,
                {.GetHistory = [this] { GetHistory(); },
                 .ShowSetup = [this] { ShowSetup(true); },
@@ -94,11 +102,16 @@ Program::Program(ProgramEnvironment environment, const SystemLocale& locale)
     timer->setInterval(kTickMs);
     timer->setTimerType(Qt::PreciseTimer);
   }
+  pollLoop_.KeepSamples(archive_);
   QObject::connect(&timer1_, &QTimer::timeout, &window_, [this] { pollLoop_.Timer1Tick(); });
   QObject::connect(&timer2_, &QTimer::timeout, &window_, [this] { pollLoop_.Timer2Tick(); });
 }
 
-Program::~Program() = default;
+Program::~Program() {
+  // By now the window is gone, and nobody waits for the last records.
+  pollLoop_.StopKeeping();
+  archive_.Finish();
+}
 
 void Program::Start() {
   ApplyLanguage();
@@ -117,6 +130,7 @@ void Program::Start() {
   window_.show();
   timer1_.start();
   timer2_.start();
+  archiveTimer_.emplace(archive_);
   pollLoop_.SetUnderConstruction(false);
 }
 
@@ -254,8 +268,25 @@ void Program::Perform(MainCommand command) {
     case MainCommand::About:
       return ShowAbout();
     case MainCommand::Exit:
-      return environment_.EndProcess();
+      return Exit();
   }
+}
+
+void Program::Exit() {
+  pollLoop_.StopKeeping();
+  archive_.Finish();
+  environment_.EndProcess();
+}
+
+QString Program::ConnectionSource() const {
+  if (connection_.ConnectionIsModem) return connection_.CurrentPhoneNumber;
+  const int number = port_.Number();
+  return (u"COM%1 "_s.arg(number) + ports_.Device(number)).trimmed();
+}
+
+void Program::ReportKept() {
+  const QString report = archive_.TakeReport();
+  if (!report.isEmpty()) messages_.MsgBox(report, kExclamation, window_.windowTitle());
 }
 
 void Program::ShowConnectDialog() {
@@ -268,7 +299,8 @@ void Program::ShowConnectDialog() {
 void Program::GetHistory() {
   GetHistoryData(link_, commands_, history_, messages_, window_, loop_,
                  {.ShowUpload = [this](std::int32_t total) { return ShowUpload(total); },
-                  .ShowViewer = [this] { ShowViewer(); }});
+                  .ShowViewer = [this] { ShowViewer(); },
+                  .ReportKept = [this] { ReportKept(); }});
 }
 
 QString Program::ShowUpload(std::int32_t totalRecords) {

@@ -13,10 +13,11 @@
 #include "app/MainActions.h"
 #include "app/SessionEnd.h"
 #include "app/frmMain.h"
+#include "archive/Journal.h"
+#include "archive/JournalTimer.h"
 #include "base/Clock.h"
 #include "base/QtMessageLoop.h"
 #include "base/SystemLocale.h"
-#include "history/BlockSink.h"
 #include "history/HistoryBuffer.h"
 #include "history/ImageImport.h"
 #include "link/Comm.h"
@@ -48,6 +49,7 @@ struct ProgramEnvironment {
   QString AppPath;                   ///< The program's folder, without a trailing separator.
   QString StorePath;                 ///< The file of the persisted settings.
   QString PortNames;                 ///< Port overrides of the environment, see PortMap.
+  QString ArchivePath = {};          ///< The file of the archive; empty keeps nothing.
   std::function<void()> EndProcess;  ///< Ends the process at once; for File, Exit.
 };
 
@@ -106,6 +108,9 @@ class Program {
   void ProgrammingFinished();
   void EndNow();
   void CloseEverything(int status);
+  QString ConnectionSource() const;
+  void ReportKept();
+  void Exit();
 
   ProgramEnvironment environment_;
   SystemLocale locale_;
@@ -122,9 +127,9 @@ class Program {
   RecentFiles recentFiles_;
   QString csvDateTimeSingleColumn_;
   PersistedSettings store_;
-  NoBlockSink archive_;
 
   PortMap ports_;
+  Journal archive_;
   QtMessageLoop loop_;
   QtSerialPort port_;
   frmMain window_;
@@ -147,6 +152,7 @@ class Program {
   FrontKeeper frontKeeper_;
   SessionEnd sessionEnd_;
 
+  std::optional<JournalTimer> archiveTimer_;
   QTimer timer1_;
   QTimer timer2_;
   bool settingsRead_ = false;  ///< The store was read as a whole, and so may be written.

@@ -5,6 +5,7 @@
 #include "app/Application.h"
 #include "app/Program.h"
 #include "app/TerminationSignals.h"
+#include "archive/Store.h"
 #include "session/PersistedSettings.h"
 
 namespace {
@@ -36,6 +37,7 @@ int main(int argc, char** argv) {
       .AppPath = QCoreApplication::applicationDirPath(),
       .StorePath = PersistedSettings::DefaultPath(),
       .PortNames = qEnvironmentVariable("TESSMAR_PORTS"),
+      .ArchivePath = Store::DefaultPath(),
       .EndProcess = [] { std::_Exit(EXIT_SUCCESS); },
   });
   application.OnFault = [&program](const Fault& fault) {

@@ -29,6 +29,7 @@ void GetHistoryData(LinkState& link, LoggerCommands& commands, HistoryBuffer& bu
   }
 
   const QString uploadState = screens.ShowUpload(link.RecordCount);
+  if (screens.ReportKept && !loop.Ending()) screens.ReportKept();
   if (LeadsToViewer(uploadState) && buffer.Count() > 0 && !loop.Ending()) {
     {
       const WaitCursorScope waitCursor(screen);

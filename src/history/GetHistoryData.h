@@ -26,6 +26,8 @@ struct HistoryScreens {
   /// Runs the upload dialog. @return its UploadState at the end; "Running" after an error.
   std::function<QString(std::int32_t totalRecords)> ShowUpload;
   std::function<void()> ShowViewer;
+  /// Tells what was not kept, once the upload has said all it has to say; may be missing.
+  std::function<void()> ReportKept = {};
 };
 
 /// The Get History action: reads the record count, uploads, shows the records in the viewer, and

@@ -4,7 +4,8 @@
 
 namespace tessmar {
 
-HistoryBuffer::HistoryBuffer() : records_(static_cast<std::size_t>(kCapacity)) {}
+HistoryBuffer::HistoryBuffer(std::int32_t capacity)
+    : records_(static_cast<std::size_t>(capacity)) {}
 
 void HistoryBuffer::Append(const LiveSample& record) {
   if (IsFull()) throw RangeFault("the history buffer is full");

@@ -13,10 +13,11 @@ class HistoryBuffer {
  public:
   static constexpr std::int32_t kCapacity = 200000;
 
-  HistoryBuffer();
+  /// @param capacity  records at most; room for all of them is allocated.
+  explicit HistoryBuffer(std::int32_t capacity = kCapacity);
 
   std::int32_t Count() const { return count_; }
-  bool IsFull() const { return count_ == kCapacity; }
+  bool IsFull() const { return count_ == static_cast<std::int32_t>(records_.size()); }
   void Clear() { count_ = 0; }
 
   /// Stores a record behind the last. Throws RangeFault when the buffer is full.

@@ -198,11 +198,12 @@ void ImageImport::ShowSetup() {
 void ImageImport::Report(const ImportChoice& choice) {
   if (buffer_.IsFull())
     messages_.MsgBox(u"History buffer full: upload terminated."_s, kInformation, {});
-  if (buffer_.Count() == 0) {
-    messages_.MsgBox(u"No records recovered!"_s, kInformation, {});
-    return;
-  }
-  messages_.MsgBox(QString::number(buffer_.Count()) + u" records recovered"_s, kInformation, {});
+  const bool none = buffer_.Count() == 0;
+  messages_.MsgBox(none ? u"No records recovered!"_s
+                        : QString::number(buffer_.Count()) + u" records recovered"_s,
+                   kInformation, {});
+  if (screens_.ReportKept && !loop_.Ending()) screens_.ReportKept();
+  if (none) return;
   if (choice.LaunchHistory && !loop_.Ending()) screens_.ShowViewer();
 }
 

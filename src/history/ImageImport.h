@@ -55,6 +55,8 @@ struct ImportScreens {
   /// Shows the setup screen; without mayProgram it cannot program a logger.
   std::function<void(bool mayProgram)> ShowSetup;
   std::function<void()> ShowViewer;
+  /// Tells what was not kept, once the import has said all it has to say; may be missing.
+  std::function<void()> ReportKept = {};
 };
 
 /// The Load Logger Image File action: from a raw copy of a logger's flash to settings and history.

@@ -79,6 +79,7 @@ void Desk::MakeProgram() {
           .AppPath = folder_.path(),
           .StorePath = StorePath(),
           .PortNames = u"COM9=%1,Simulated logger"_s.arg(Path(u"logger"_s)),
+          .ArchivePath = Path(u"archive.sqlite"_s),
           .EndProcess =
               [this] {
                 endedAtOnce_ = true;

@@ -42,6 +42,7 @@ class TheProcess : public testing::Test {
   void Start(const QStringList& arguments) {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"XDG_CONFIG_HOME"_s, folder_.path());
+    environment.insert(u"XDG_DATA_HOME"_s, folder_.path());
     environment.insert(u"TESSMAR_PORTS"_s, u"COM9=%1,Simulated logger"_s.arg(LinkPath()));
     environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
     process_.setProcessEnvironment(environment);

@@ -46,6 +46,7 @@ class Tour {
             .AppPath = QCoreApplication::applicationDirPath(),
             .StorePath = store.filePath(u"Tessmar Logger.ini"_s),
             .PortNames = qEnvironmentVariable("TESSMAR_PORTS"),
+            .ArchivePath = store.filePath(u"archive.sqlite"_s),
             .EndProcess = [] { QCoreApplication::exit(0); },
         },
         SystemLocale(language_.Locale));

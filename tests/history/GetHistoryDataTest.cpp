@@ -25,7 +25,7 @@ class GetHistory : public testing::Test {
                       for (int i = 0; i < arriving_; ++i) buffer_.Append(LiveSample{});
                       return uploadState_;
                     },
-                    [this] { Note("viewer"); }});
+                    [this] { Note("viewer"); }, reportKept_});
     Note("end");
   }
 
@@ -44,6 +44,7 @@ class GetHistory : public testing::Test {
   test::FakeMainScreen screen_;
   QString uploadState_ = u"Okay"_s;
   int arriving_ = 3;
+  std::function<void()> reportKept_;
   bool busyInDialog_ = false;
   std::vector<std::string> events_;
   std::size_t written_ = 0;
@@ -60,6 +61,20 @@ TEST_F(GetHistory, ReadsStatusUploadsShowsAndReadsStatusAndClockAgain) {
   EXPECT_EQ(screen_.WaitCursor, 0);
   EXPECT_EQ(screen_.WaitCursorShown, 1);
   EXPECT_TRUE(messages_.All.empty());
+}
+
+TEST_F(GetHistory, WhatWasNotKeptIsToldRightBehindTheUpload) {
+  for (const char* state : {"Okay", "Running"}) {
+    Make({.Records = 25});
+    written_ = 0;
+    events_.clear();
+    uploadState_ = QString::fromLatin1(state);
+    reportKept_ = [this] { Note("report"); };
+    Run();
+    ASSERT_GT(events_.size(), 3U);
+    EXPECT_EQ(events_[1], "dialog 25");
+    EXPECT_EQ(events_[2], "report");
+  }
 }
 
 TEST_F(GetHistory, ACancelledUploadReachesTheViewer) {

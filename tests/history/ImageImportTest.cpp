@@ -259,7 +259,7 @@ class Import : public testing::Test {
                           Note(mayProgram ? "setup, may program" : "setup");
                           if (OnSetup) OnSetup();
                         },
-                        [this] { Note("viewer"); }});
+                        [this] { Note("viewer"); }, [this] { Note("report"); }});
     messages_.OnMessage = [this] { Note("message"); };
     import.LoadLoggerImageFile();
   }
@@ -300,7 +300,7 @@ TEST_F(Import, TakesSettingsAndRecordsAndShowsThem) {
   image.AddPage(2, 4);
   Store(image);
   Run();
-  EXPECT_EQ(events_, (Events{"stop", "setup", "message", "viewer", "start"}));
+  EXPECT_EQ(events_, (Events{"stop", "setup", "message", "report", "viewer", "start"}));
   EXPECT_EQ(Said(), QStringList{u"22 records recovered/64"_s});
   EXPECT_EQ(buffer_.Count(), 22);
   EXPECT_EQ(link_.AnalogChannelCount, 3);
@@ -371,7 +371,7 @@ TEST_F(Import, WithoutTheTicksNeitherSetupNorViewerOpensAndTheRecordsStay) {
   image.AddPage(5, 4);
   Store(image);
   Run();
-  EXPECT_EQ(events_, (Events{"stop", "message", "start"}));
+  EXPECT_EQ(events_, (Events{"stop", "message", "report", "start"}));
   EXPECT_EQ(buffer_.Count(), 5);
 }
 
@@ -409,7 +409,7 @@ TEST_F(Import, NoRecordsIsSaid) {
   Store(image);
   Run();
   EXPECT_EQ(Said(), QStringList{u"No records recovered!/64"_s});
-  EXPECT_EQ(events_, (Events{"stop", "setup", "message", "start"}));
+  EXPECT_EQ(events_, (Events{"stop", "setup", "message", "report", "start"}));
 }
 
 TEST_F(Import, AFileOfTheConfigurationAloneHasNoRecords) {
