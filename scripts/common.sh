@@ -1,23 +1,29 @@
 # What ./run and ./test share. Sourced, not run.
 
-# Everything the project is built, tested and shown with, as packages of Debian 12.
+# What the program is built and started with, as packages of Debian 12.
 packages=(
   g++ cmake ninja-build pkg-config
   qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-translations-l10n libgl-dev libxcb1-dev
-  libnetcdf-dev netcdf-bin
-  libqt6sql6-sqlite sqlite3
-  libgtest-dev libgmock-dev
-  clang-format clang-tidy python3
-  python3-markdown fp-utils
+  libnetcdf-dev
+  libqt6sql6-sqlite
+  python3 python3-markdown fp-utils
+  fonts-dejavu-core
+)
+# What start_display needs.
+display_packages=(xvfb openbox wmctrl)
+# What the checks of ./test need besides, the benchmarks too, which it builds.
+check_packages=(
+  libgtest-dev libgmock-dev libbenchmark-dev
+  clang-format clang-tidy netcdf-bin sqlite3
   dpkg-dev file lintian appstream desktop-file-utils mandoc
-  xvfb openbox wmctrl xdotool fonts-dejavu-core
+  xdotool
 )
 
-# install_missing: installs those of the packages that this machine lacks.
+# install_missing PACKAGE...: installs those of the packages that this machine lacks.
 install_missing() {
   command -v apt-get > /dev/null || return 0
   local missing=() package
-  for package in "${packages[@]}"; do
+  for package in "$@"; do
     dpkg-query -W -f='${Status}\n' "$package" 2> /dev/null | grep -q '^install ok installed$' ||
       missing+=("$package")
   done

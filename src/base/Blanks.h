@@ -13,4 +13,16 @@ inline QString TrimBlanks(const QString& text) {
   return text.mid(first, end - first);
 }
 
+/// A text with a blank for each control character and line separator in it. A line feed in a name
+/// or a unit would break the line of a file, and what the logger stores is read by eye.
+inline QString ControlsToBlanks(QString text) {
+  for (QChar& c : text) {
+    if (c.category() == QChar::Other_Control || c.category() == QChar::Separator_Line ||
+        c.category() == QChar::Separator_Paragraph) {
+      c = u' ';
+    }
+  }
+  return text;
+}
+
 }  // namespace tessmar

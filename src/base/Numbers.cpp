@@ -16,14 +16,40 @@ using namespace Qt::StringLiterals;
 
 constexpr int kSignificantDigits = 15;
 
+constexpr QChar kMinusSign(0x2212);
+
+/// Marks of the writing direction, which some locales put around a sign.
+bool IsDirectionMark(QChar c) {
+  constexpr char16_t kLeftToRight = 0x200E;
+  constexpr char16_t kRightToLeft = 0x200F;
+  constexpr char16_t kArabicLetterMark = 0x061C;
+  return c == kLeftToRight || c == kRightToLeft || c == kArabicLetterMark;
+}
+
+/// What stands in a pasted number without being seen. The test for a number and its reading skip
+/// the same.
 bool IsBlank(QChar c) {
-  return c == u' ' || c == u'\t' || c == u'\n' || c == u'\r';
+  return c.isSpace() || IsDirectionMark(c);
 }
 bool IsDigit(QChar c) {
   return c >= u'0' && c <= u'9';
 }
 bool IsSign(QChar c) {
-  return c == u'+' || c == u'-';
+  return c == u'+' || c == u'-' || c == kMinusSign;
+}
+
+QString WithoutBlanks(const QString& text) {
+  QString rest;
+  for (const QChar c : text) {
+    if (!IsBlank(c)) rest.append(c);
+  }
+  return rest;
+}
+
+QString WithoutBlanksAtTheEnds(const QString& text) {
+  const auto first = std::find_if_not(text.begin(), text.end(), IsBlank);
+  const auto last = std::find_if_not(text.rbegin(), text.rend(), IsBlank).base();
+  return first < last ? QString(first, last - first) : QString();
 }
 
 /// Walks through a text, leaving out its blanks, and collects the characters it takes.
@@ -34,7 +60,8 @@ class PrefixReader {
   bool AtEnd() const { return place_ == text_.size(); }
   QChar Next() const { return AtEnd() ? QChar() : text_.at(place_); }
   void Take() {
-    taken_.append(text_.at(place_).toLatin1());
+    const QChar c = text_.at(place_);
+    taken_.append(c == kMinusSign ? '-' : c.toLatin1());
     ++place_;
     SkipBlanks();
   }
@@ -57,20 +84,24 @@ class PrefixReader {
   QByteArray taken_;
 };
 
+/// The value of an exponent's text, kept where no number of digits in a text comes near its ends.
+qlonglong ExponentOf(const QByteArray& text) {
+  constexpr qlonglong kBeyondAnyText = 1'000'000'000'000;
+  const bool negative = text.startsWith('-');
+  qlonglong exponent = 0;
+  for (const char c : text) {
+    if (IsDigit(QLatin1Char(c))) exponent = std::min(exponent * 10 + (c - '0'), kBeyondAnyText);
+  }
+  return negative ? -exponent : exponent;
+}
+
 /// True when the first digit of a number other than zero stands ahead of its point, after the point
 /// was moved by its exponent.
 bool IsAboveOne(const QByteArray& number) {
-  constexpr qsizetype kLongExponent = 9;
   const QByteArray lower = number.toLower();
   const qsizetype mark = lower.indexOf('e');
   const QByteArray mantissa = mark < 0 ? lower : lower.left(mark);
-  qlonglong exponent = 0;
-  if (mark >= 0) {
-    const QByteArray text = lower.mid(mark + 1);
-    const bool tiny = text.startsWith('-');
-    exponent = text.toLongLong();
-    if (exponent == 0 && text.size() > kLongExponent) return !tiny;
-  }
+  const qlonglong exponent = mark < 0 ? 0 : ExponentOf(lower.mid(mark + 1));
   qsizetype point = mantissa.indexOf('.');
   if (point < 0) point = mantissa.size();
   const auto digit =
@@ -114,13 +145,14 @@ bool TakeOneOf(QString& text, std::initializer_list<QString> signs) {
 /// A text that is a number by the locale's conventions, written with ASCII digits and a point;
 /// nothing when it is no such number.
 std::optional<QString> PlainNumber(const QString& text, const QLocale& locale) {
-  QString rest = text.trimmed();
+  QString rest = WithoutBlanksAtTheEnds(text);
   QString plain;
-  if (TakeOneOf(rest, {u"-"_s, locale.negativeSign()})) {
+  if (TakeOneOf(rest, {u"-"_s, WithoutBlanks(locale.negativeSign())})) {
     plain = u"-"_s;
   } else {
-    TakeOneOf(rest, {u"+"_s, locale.positiveSign()});
+    TakeOneOf(rest, {u"+"_s, WithoutBlanks(locale.positiveSign())});
   }
+  while (!rest.isEmpty() && IsDirectionMark(rest.front())) rest.remove(0, 1);
   const QString group = locale.groupSeparator();
   int digits = 0;
   bool inFraction = false;

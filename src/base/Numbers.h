@@ -8,15 +8,16 @@ namespace tessmar {
 
 /// The number that a text begins with, as far as it reaches; 0 when there is none.
 ///
-/// Blanks, tabs and line ends are skipped wherever they stand. A number is an optional sign, digits
-/// with at most one point among or beside them, and an optional exponent of "e" or "E", an optional
+/// Blanks of every kind, line ends and marks of the writing direction are skipped wherever they
+/// stand. A number is an optional sign (a minus sign as typesetters set it is one too), digits with
+/// at most one point among or beside them, and an optional exponent of "e" or "E", an optional
 /// sign and digits. The point is the only decimal separator, whatever the locale. A number too
 /// large for a double throws ConversionFault, one too small is 0.
 double ParseLeadingNumber(const QString& text);
 
-/// True when the whole text is a number by the locale's conventions: blanks at the ends, one sign,
-/// digits with group separators in the whole part, one decimal separator; no exponent. A point is a
-/// decimal separator in every locale that does not group with it.
+/// True when the whole text is a number by the locale's conventions: the same blanks at the ends,
+/// one sign, digits with group separators in the whole part, one decimal separator; no exponent. A
+/// point is a decimal separator in every locale that does not group with it.
 bool IsNumeric(const QString& text, const QLocale& locale);
 
 /// Reads a whole text as a number of the locale, rounded to a 32-bit integer, ties to even.

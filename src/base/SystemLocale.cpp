@@ -1,6 +1,7 @@
 #include "base/SystemLocale.h"
 
 #include <array>
+#include <utility>
 
 namespace tessmar {
 namespace {
@@ -46,24 +47,42 @@ void WalkFormat(const QString& format, Use&& use, Keep&& keep) {
   }
 }
 
-/// A date format with each run of "y" made "yyyy".
-QString WithFourDigitYear(const QString& format) {
-  QString result;
-  bool inYear = false;
-  WalkFormat(
-      format,
-      [&](QChar character) {
-        const bool isYear = character == u'y';
-        if (isYear && !inYear) result += u"yyyy";
-        if (!isYear) result += character;
-        inYear = isYear;
-      },
-      [&](QChar character) {
-        result += character;
-        inYear = false;
-      });
-  return result;
-}
+/// Makes of a locale's date format one with a four-digit year and nothing but numbers and what
+/// stands between them: words, blanks and marks of the writing direction do not belong into a
+/// column of a table.
+class NumbersOnly {
+ public:
+  explicit NumbersOnly(const QString& format) {
+    WalkFormat(
+        format, [this](QChar character) { Take(character); },
+        [this](QChar) { behindWord_ = true; });
+  }
+  const QString& Format() const { return result_; }
+
+ private:
+  void Take(QChar character) {
+    const bool behindWord = std::exchange(behindWord_, false);
+    if (character.isLetter()) {
+      TakeLetter(character);
+    } else if (!behindWord && character.isPunct()) {  // Behind a word it belongs to that.
+      separator_ = character;
+      result_ += character;
+    }
+    last_ = character;
+  }
+
+  void TakeLetter(QChar letter) {
+    if (letter == last_ && letter == u'y') return;
+    // Where nothing but a blank divides two numbers.
+    if (letter != last_ && !result_.isEmpty() && result_.back().isLetter()) result_ += separator_;
+    result_ += letter == u'y' ? u"yyyy"_s : QString(letter);
+  }
+
+  QString result_;
+  QChar separator_ = u'-';
+  QChar last_;
+  bool behindWord_ = false;
+};
 
 /// True for a time format without an AM/PM mark.
 bool Is24HourFormat(const QString& format) {
@@ -89,7 +108,7 @@ SystemLocale::SystemLocale(const QLocale& locale) : locale_(locale) {
     uses24HourClock_ = false;
     return;
   }
-  shortDateFormat_ = WithFourDigitYear(locale.dateFormat(QLocale::ShortFormat));
+  shortDateFormat_ = NumbersOnly(locale.dateFormat(QLocale::ShortFormat)).Format();
   uses24HourClock_ = Is24HourFormat(locale.timeFormat(QLocale::ShortFormat));
 }
 
@@ -101,7 +120,8 @@ std::int16_t SystemLocale::PrimaryLanguage() const {
 }
 
 QString SystemLocale::ShortDate(QDate date) const {
-  return locale_.toString(date, shortDateFormat_);
+  // The locale's own digits would stand beside times of ours.
+  return QLocale::c().toString(date, shortDateFormat_);
 }
 
 QString SystemLocale::ShortTime(QTime time) const {

@@ -25,7 +25,8 @@ class SystemLocale {
   bool Uses24HourClock() const { return uses24HourClock_; }
 
   /// The short date: the locale's order and separators with a four-digit year, such as 12/26/2010
-  /// for en_US and 26.12.2010 for de_DE.
+  /// for en_US and 26.12.2010 for de_DE. Always ASCII digits, without blanks, words and marks of
+  /// the writing direction.
   QString ShortDate(QDate date) const;
 
   /// The time of day: "h:mm:ss AP" or "HH:mm:ss" by the locale's clock form.

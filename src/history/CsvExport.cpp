@@ -9,6 +9,7 @@
 #include <utility>
 #include <vector>
 
+#include "base/Blanks.h"
 #include "base/Fault.h"
 #include "base/TextTable.h"
 #include "base/WholeFile.h"
@@ -68,13 +69,13 @@ class Chunks {
 
 void WriteHead(Chunks& chunks, const HistoryTable& table, const CsvHead& head) {
   const SystemLocale& locale = table.Locale();
-  chunks.Add(head.LoggerName + u","_s + locale.ShortDate(head.Saved.date()) + u","_s +
-             locale.ShortTime(head.Saved.time()) + u"\r\n"_s);
+  chunks.Add(ControlsToBlanks(head.LoggerName) + u","_s + locale.ShortDate(head.Saved.date()) +
+             u","_s + locale.ShortTime(head.Saved.time()) + u"\r\n"_s);
 
   QString headings = GetText(TextId::Date) + (head.SingleColumn ? u" "_s : QString(kSeparator)) +
                      GetText(TextId::Time);
   for (int column = 1; column < table.ColumnCount(); ++column)
-    headings += kSeparator + table.Column(column).Heading;
+    headings += kSeparator + ControlsToBlanks(table.Column(column).Heading);
   chunks.Add(headings + u"\r\n"_s);
 }
 

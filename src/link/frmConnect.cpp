@@ -18,6 +18,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "base/Blanks.h"
 #include "base/TextTable.h"
 #include "link/ConnectChoices.h"
 #include "link/ModemConnection.h"
@@ -140,7 +141,7 @@ void frmConnect::MakeControls() {
   cmdCancel_ = Named(u"cmdCancel"_s, new QPushButton(Caption(TextId::Cancel)));
 }
 
-void frmConnect::LayOut() {
+QGridLayout* frmConnect::LayOutDirect() {
   fraDirect_ = MakeArea(u"fraDirect"_s);
   auto* direct = new QGridLayout(fraDirect_);
   direct->addWidget(MakeLabel(TextId::Port, cmbPort1_, optDirect_->text()), 0, 0);
@@ -148,7 +149,10 @@ void frmConnect::LayOut() {
   direct->addWidget(MakeLabel(TextId::BaudRate, cmbBaud1_, optDirect_->text()), 0, 2);
   direct->addWidget(cmbBaud1_, 0, 3);
   direct->setColumnStretch(1, 1);
+  return direct;
+}
 
+QGridLayout* frmConnect::LayOutModem() {
   fraModem_ = MakeArea(u"fraModem"_s);
   auto* modem = new QGridLayout(fraModem_);
   modem->addWidget(MakeLabel(TextId::Port, cmbPort2_, optModem_->text()), 0, 0);
@@ -163,8 +167,11 @@ void frmConnect::LayOut() {
   file->addWidget(cmdBrowse_);
   modem->addLayout(file, 3, 0, 1, 4);
   modem->setColumnStretch(1, 1);
+  return modem;
+}
 
-  AlignColumns(*direct, *modem);
+void frmConnect::LayOut() {
+  AlignColumns(*LayOutDirect(), *LayOutModem());
   auto* lines = new QGridLayout;
   lines->addWidget(optDirect_, 0, 0);
   lines->addWidget(fraDirect_, 0, 1);
@@ -183,14 +190,17 @@ void frmConnect::LayOut() {
   layout->addLayout(lines);
   layout->addStretch();
   layout->addLayout(bottom);
+  OrderTabs();
+  cmdConnect_->setFocus();
+}
 
+void frmConnect::OrderTabs() {
   const std::initializer_list<QWidget*> order{
       optDirect_, cmbPort1_,    cmbBaud1_,         optModem_,  cmbPort2_,   cmbBaud2_,
       cmbNumber_, chkInitFile_, txtConfiguration_, cmdBrowse_, cmdConnect_, cmdCancel_};
   for (auto control = order.begin(); control + 1 != order.end(); ++control) {
     setTabOrder(*control, *(control + 1));
   }
-  cmdConnect_->setFocus();
 }
 
 void frmConnect::Load(const QStringList& enumerated) {
@@ -233,10 +243,15 @@ bool frmConnect::ConnectByModem() {
     window.exec();
     return window.Result();
   };
-  return ConnectModem({.Number = cmbNumber_->currentText(),
+  return ConnectModem({.Number = PhoneNumber(),
                        .UseCommandFile = chkInitFile_->isChecked(),
                        .CommandFile = txtConfiguration_->text()},
                       comm_, link_, settings_, messages_, showDialogue);
+}
+
+// A line end that was pasted with the number would end the dial command early.
+QString frmConnect::PhoneNumber() const {
+  return ControlsToBlanks(cmbNumber_->currentText());
 }
 
 void frmConnect::Browse() {
@@ -271,7 +286,7 @@ void frmConnect::reject() {
 }
 
 void frmConnect::done(int result) {
-  settings_.CurrentPhoneNumber = cmbNumber_->currentText();
+  settings_.CurrentPhoneNumber = PhoneNumber();
   settings_.ConnectionIsModem = optModem_->isChecked();
   settings_.ModemInit = txtConfiguration_->text();
   QDialog::done(result);

@@ -9,6 +9,7 @@
 
 class QCheckBox;
 class QComboBox;
+class QGridLayout;
 class QLineEdit;
 class QProgressBar;
 class QPushButton;
@@ -32,12 +33,16 @@ class frmConnect : public QDialog {
 
  private:
   void MakeControls();
+  QGridLayout* LayOutDirect();
+  QGridLayout* LayOutModem();
   void LayOut();
+  void OrderTabs();
   void Load(const QStringList& enumerated);
   void Connect();
   void Browse();
   void ShowConnecting(bool connecting);
   bool ConnectByModem();
+  QString PhoneNumber() const;
 
   Comm& comm_;
   LinkState& link_;

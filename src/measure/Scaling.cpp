@@ -11,6 +11,7 @@ namespace tessmar {
 namespace {
 
 constexpr int kMostDecimals = 6;
+constexpr int kMostPlaces = 255;
 constexpr std::array<double, kMostDecimals + 1> kPowersOfTen{1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6};
 constexpr std::array<std::uint64_t, kMostDecimals + 1> kUnits{1,     10,     100,    1000,
                                                               10000, 100000, 1000000};
@@ -62,6 +63,17 @@ int WriteMagnitude(char* out, double magnitude, int decimals) {
   return WriteExactly(out, magnitude, decimals);
 }
 
+// The double nearest to the magnitude rounded to so many places.
+double RoundedTo(double magnitude, int decimals) {
+  // The longest double has 309 digits ahead of its point, and a count of places is one byte.
+  std::array<char, 309 + 1 + kMostPlaces> text;
+  const std::to_chars_result end = std::to_chars(text.data(), text.data() + text.size(), magnitude,
+                                                 std::chars_format::fixed, decimals);
+  double rounded = magnitude;
+  std::from_chars(text.data(), end.ptr, rounded);
+  return rounded;
+}
+
 bool ShowsZero(const char* text, int length) {
   return std::all_of(text, text + length, [](char c) { return c == '0' || c == '.'; });
 }
@@ -84,6 +96,11 @@ int FormatValueTo(char* out, double value, int decimals) {
     return static_cast<int>(kNotANumber.size());
   }
   const int places = std::clamp(decimals, 0, kMostDecimals);
+  // Two steps: the value is rounded to its own places, and what came of that to the six shown.
+  if (decimals > kMostDecimals) {
+    const double rounded = RoundedTo(std::abs(value), std::min(decimals, kMostPlaces));
+    value = std::copysign(rounded, value);
+  }
   if (!std::signbit(value)) return WriteMagnitude(out, value, places);
   const int length = WriteMagnitude(out + 1, -value, places);
   if (ShowsZero(out + 1, length)) {

@@ -16,15 +16,16 @@ double ScaleRaw(const AnalogChannelSettings& channel, std::int32_t raw);
 /// Room that FormatValueTo needs for any double: 309 digits, a sign, a point and six decimals.
 inline constexpr int kFormattedValueSize = 320;
 
-/// A number rounded half to even to 0 to 6 decimals, with a point, without grouping or exponent.
-/// Never shows a negative zero.
+/// A number rounded half to even to its decimals and shown with 0 to 6 of them, with a point,
+/// without grouping or exponent. Never shows a negative zero.
 ///
-/// What is rounded is the double itself, once: only a value that lies exactly between two results
+/// What is rounded is the double itself: only a value that lies exactly between two results
 /// is a tie. So 0.125 with two decimals is a tie and gives "0.12", but 2.675, whose nearest double
 /// lies a little below, gives "2.67" and 2.665, a little above, "2.67" too. Beyond 15 digits the
 /// digits are those of the double, not zeros. A value that is not finite gives "---".
 ///
-/// @param decimals  below 0 counts as 0, above 6 as 6.
+/// @param decimals  below 0 counts as 0. With more than 6, which only a file or a logger can ask
+/// for, the value is rounded to that many first and what comes of it to the 6 that are shown.
 QString FormatValue(double value, int decimals);
 
 /// The same into a buffer of kFormattedValueSize characters, without a zero at the end.

@@ -10,6 +10,10 @@ inline constexpr int kAnalogChannels = 8;
 inline constexpr int kPulseChannels = 2;
 inline constexpr int kAlarms = 2;
 
+/// Characters that the logger keeps of its name and of a unit.
+inline constexpr int kLoggerNameLength = 32;
+inline constexpr int kUnitsLength = 9;
+
 /// Set-up of one analog channel. Scaling is linear through (RawScaleLower, LowerLimit) and
 /// (RawScaleUpper, UpperLimit).
 struct AnalogChannelSettings {

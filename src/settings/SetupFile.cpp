@@ -5,6 +5,7 @@
 #include <limits>
 #include <span>
 
+#include "base/Blanks.h"
 #include "base/Fault.h"
 #include "base/Numbers.h"
 
@@ -14,6 +15,8 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr auto kLineEnd = "\r\n"_L1;
+/// No count and unit word come near this.
+constexpr qsizetype kLongestInterval = 1000;
 
 /// What is written, and for which channel.
 struct WriteSide {
@@ -24,7 +27,7 @@ struct WriteSide {
 };
 /// The value of a line, and where it goes.
 struct ReadSide {
-  const QString& Value;
+  QByteArrayView Value;  ///< Without blanks at its ends.
   const QLocale& Locale;
   LoggerSettings& Settings;
   int Channel;
@@ -46,25 +49,28 @@ QString ToValue(Integer field) {
 QString ToValue(double field) {
   return FormatInvariantNumber(field);
 }
+// A line end in a text would end the line of the file.
 QString ToValue(const QString& field) {
-  return field;
+  return ControlsToBlanks(field);
 }
 
 template <typename Integer>
 void FromValue(const ReadSide& side, Integer& field) {
   std::int32_t value = 0;
-  if (!TryParseInteger(side.Value, side.Locale, value) ||
+  if (!TryParseInteger(QString::fromLatin1(side.Value), side.Locale, value) ||
       value < std::numeric_limits<Integer>::min() || value > std::numeric_limits<Integer>::max()) {
     throw ConversionFault("a value of the setup file does not fit its field");
   }
   field = static_cast<Integer>(value);
 }
 void FromValue(const ReadSide& side, double& field) {
-  QString text = side.Value;
+  QString text = QString::fromLatin1(side.Value);
   field = ParseInvariantNumber(text);
 }
-void FromValue(const ReadSide& side, QString& field) {
-  field = side.Value;
+/// A text of the file, cut to what its field holds: a text of megabytes would hold up the screen.
+void FromValue(const ReadSide& side, QString& field, qsizetype longest) {
+  field =
+      ControlsToBlanks(QString::fromLatin1(side.Value.first(std::min(side.Value.size(), longest))));
 }
 
 // The record that a field belongs to decides where it is found.
@@ -110,12 +116,19 @@ constexpr KeyRow Row(const char* key) {
   return {key, WriteField<Member>, ReadField<Member>};
 }
 
+template <auto Member, qsizetype Longest>
+constexpr KeyRow TextRow(const char* key) {
+  return {key, WriteField<Member>, [](const ReadSide& side) {
+            FromValue(side, Field(side.Settings, side.Channel, Member), Longest);
+          }};
+}
+
 // Units and places go into the sequence of ten, so that channels 8 and 9 of an analog section and
 // channels from -8 on of a digital section reach the other kind.
 
 template <int First>
 void ReadUnits(const ReadSide& side) {
-  FromValue(side, side.Settings.EngUnits(side.Channel + First));
+  FromValue(side, side.Settings.EngUnits(side.Channel + First), kUnitsLength);
 }
 template <int First>
 void ReadPlaces(const ReadSide& side) {
@@ -133,8 +146,8 @@ constexpr std::array kHeadRows{
     KeyRow{"Version", [](const WriteSide& s) { return s.Head.Version; }, nullptr},
     KeyRow{"Date", [](const WriteSide& s) { return s.Head.Date; }, nullptr},
     KeyRow{"Time", [](const WriteSide& s) { return s.Head.Time; }, nullptr},
-    Row<&L::LoggerName>("LoggerName"),
-    Row<&L::SampleInterval>("SampleInterval"),
+    TextRow<&L::LoggerName, kLoggerNameLength>("LoggerName"),
+    TextRow<&L::SampleInterval, kLongestInterval>("SampleInterval"),
     KeyRow{"NumAnalogChannels",
            [](const WriteSide& s) { return ToValue(s.Link.AnalogChannelCount); }, nullptr},
     KeyRow{"NumDigitalChannels",
@@ -216,7 +229,8 @@ constexpr std::array kSections{
 
 constexpr auto kChannelKey = "Channel"_L1;
 /// The keys that stand in sections of several kinds.
-constexpr std::array kSharedKeys{"Enable"_L1, "EngUnits"_L1, "DecPlaces"_L1};
+constexpr std::array kSharedKeys{QByteArrayView("Enable"), QByteArrayView("EngUnits"),
+                                 QByteArrayView("DecPlaces")};
 
 void AppendLine(QString& text, QLatin1StringView key, const QString& value) {
   text += key + u'=' + value + kLineEnd;
@@ -226,19 +240,17 @@ void AppendRows(QString& text, KeyRows rows, const WriteSide& side) {
   for (const KeyRow& row : rows) AppendLine(text, QLatin1StringView(row.Key), row.Write(side));
 }
 
-const KeyRow* FindKey(KeyRows rows, const QString& key) {
+const KeyRow* FindKey(KeyRows rows, QByteArrayView key) {
   const auto row = std::find_if(rows.begin(), rows.end(), [&](const KeyRow& candidate) {
-    return key == QLatin1StringView(candidate.Key);
+    return key == QByteArrayView(candidate.Key);
   });
   return row == rows.end() ? nullptr : &*row;
 }
 
-QString WithoutBlanks(const QString& text) {
-  qsizetype first = 0;
-  qsizetype end = text.size();
-  while (first < end && text.at(first) == u' ') ++first;
-  while (end > first && text.at(end - 1) == u' ') --end;
-  return text.mid(first, end - first);
+QByteArrayView WithoutBlanks(QByteArrayView text) {
+  while (text.startsWith(' ')) text = text.sliced(1);
+  while (text.endsWith(' ')) text.chop(1);
+  return text;
 }
 
 /// Takes a setup file line by line.
@@ -247,27 +259,28 @@ class LineReader {
   LineReader(const QLocale& locale, LoggerSettings& settings)
       : locale_(locale), settings_(settings) {}
 
-  void Take(const QString& line) {
-    if (line.startsWith(u'[')) {
-      TakeSection(line.mid(1));
+  void Take(QByteArrayView line) {
+    if (line.startsWith('[')) {
+      TakeSection(line.sliced(1));
       return;
     }
     // A key has two characters at least.
     constexpr qsizetype kShortestKey = 2;
-    const qsizetype equals = line.indexOf(u'=');
-    if (equals >= kShortestKey) TakeValue(line.left(equals), WithoutBlanks(line.mid(equals + 1)));
+    const qsizetype equals = line.indexOf('=');
+    if (equals >= kShortestKey)
+      TakeValue(line.first(equals), WithoutBlanks(line.sliced(equals + 1)));
   }
 
  private:
-  void TakeSection(const QString& title) {
+  void TakeSection(QByteArrayView title) {
     const auto kind = std::find_if(kSections.begin(), kSections.end(), [&](const SectionKind& row) {
-      return row.Beginning != nullptr && title.startsWith(QLatin1StringView(row.Beginning));
+      return row.Beginning != nullptr && title.startsWith(QByteArrayView(row.Beginning));
     });
     section_ = kind == kSections.end() ? KeyRows{} : kind->Rows;
   }
 
-  void TakeValue(const QString& key, const QString& value) {
-    if (key == kChannelKey) {
+  void TakeValue(QByteArrayView key, QByteArrayView value) {
+    if (key == QByteArrayView(kChannelKey.data(), kChannelKey.size())) {
       FromValue({value, locale_, settings_, channel_}, channel_);
       return;
     }
@@ -275,7 +288,7 @@ class LineReader {
     if (row != nullptr && row->Read != nullptr) row->Read({value, locale_, settings_, channel_});
   }
 
-  const KeyRow* FindRow(const QString& key) const {
+  const KeyRow* FindRow(QByteArrayView key) const {
     if (std::find(kSharedKeys.begin(), kSharedKeys.end(), key) != kSharedKeys.end()) {
       return FindKey(section_, key);
     }
@@ -315,13 +328,13 @@ QByteArray WriteSetupFile(const SetupFileHead& head, const LinkState& link,
 
 void ReadSetupFile(const QByteArray& file, const QLocale& locale, LoggerSettings& settings) {
   LineReader reader(locale, settings);
-  const QString text = QString::fromLatin1(file);
-  qsizetype start = 0;
-  while (start < text.size()) {
-    qsizetype end = start;
-    while (end < text.size() && text.at(end) != u'\r' && text.at(end) != u'\n') ++end;
-    reader.Take(text.mid(start, end - start));
-    start = end + 1;
+  QByteArrayView rest(file);
+  while (!rest.isEmpty()) {
+    const auto end =
+        std::find_if(rest.begin(), rest.end(), [](char c) { return c == '\r' || c == '\n'; });
+    const qsizetype length = end - rest.begin();
+    reader.Take(rest.first(length));
+    rest = rest.sliced(std::min(length + 1, rest.size()));
   }
 }
 

@@ -27,7 +27,8 @@ QByteArray WriteSetupFile(const SetupFileHead& head, const LinkState& link,
 ///
 /// Lines may also end in a line feed or a carriage return alone. Keys are known by their exact
 /// spelling; unknown keys and lines that are none are skipped. Real numbers take "," for ".", whole
-/// numbers follow the locale.
+/// numbers follow the locale. Texts are cut to what their field holds, and control characters in
+/// them become blanks.
 ///
 /// Throws ConversionFault for a whole number that is none or does not fit its field, RangeFault for
 /// a field of a channel that does not exist; the lines ahead of that one are taken over then.

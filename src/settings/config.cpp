@@ -12,8 +12,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr int kNameLength = 32;
-constexpr int kUnitsLength = 9;
 constexpr int kMillisecondsPerSecond = 1000;
 constexpr int kLongestWarmupMs = 60000;
 /// The logger wants this behind each alarm time.
@@ -92,10 +90,10 @@ struct LayoutRow {
 void NotRead(const UnpackSide& /*side*/) {}
 
 void PutName(const PackSide& s) {
-  PutFixedText(s.From.LoggerName, s.Image, s.Offset, kNameLength);
+  PutFixedText(s.From.LoggerName, s.Image, s.Offset, kLoggerNameLength);
 }
 void GetName(const UnpackSide& s) {
-  s.To.LoggerName = GetFixedText(s.Image, s.Offset, kNameLength);
+  s.To.LoggerName = GetFixedText(s.Image, s.Offset, kLoggerNameLength);
 }
 
 void PutInterval(const PackSide& s) {

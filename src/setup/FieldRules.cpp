@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <array>
 
+#include "base/Blanks.h"
 #include "base/Fault.h"
 #include "base/Numbers.h"
+#include "settings/LoggerSettings.h"
 #include "settings/config.h"
 
 namespace tessmar {
@@ -17,9 +19,9 @@ constexpr double kLargestNumber = 999999;
 
 // clang-format off
 constexpr std::array kFieldRules{
-    FieldRule{"txtName",                    FieldKind::Text,         0, 32},
-    FieldRule{"cmbEU",                      FieldKind::Text,         0, 9},
-    FieldRule{"cmbPulseEU",                 FieldKind::Text,         0, 9},
+    FieldRule{"txtName",                    FieldKind::Text,         0, kLoggerNameLength},
+    FieldRule{"cmbEU",                      FieldKind::Text,         0, kUnitsLength},
+    FieldRule{"cmbPulseEU",                 FieldKind::Text,         0, kUnitsLength},
     FieldRule{"cmbWarmup",                  FieldKind::ListNumber,   0, 60},
     FieldRule{"cmbPrecision",               FieldKind::ListNumber,   0, 6},
     FieldRule{"cmbPulsePrecision",          FieldKind::ListNumber,   0, 6},
@@ -120,7 +122,7 @@ FieldVerdict CheckAlarmTime(const QString& text, bool use24HourClock) {
 FieldVerdict Check(const FieldRule& rule, const QString& text, const FieldContext& context) {
   switch (rule.Kind) {
     case FieldKind::Text:
-      return Accept(text.trimmed().left(rule.Highest));
+      return Accept(ControlsToBlanks(text).trimmed().left(rule.Highest));
     case FieldKind::ListNumber:
     case FieldKind::RawCount:
       return CheckListNumber(rule, text, context.Locale);

@@ -68,6 +68,21 @@ QGridLayout* GridOf(QWidget* widget) {
   return static_cast<QGridLayout*>(widget->layout());
 }
 
+struct ListNames {
+  const char* Name;
+  TextId Label;
+};
+
+/// A list of a column: as narrow as its column, whatever its items.
+QComboBox* NewColumnList(const ListNames& names, int channel, const QStringList& items,
+                         const QString& tip, QWidget* frame) {
+  QComboBox* list = NewEditableList(ElementName(names.Name, channel), Spoken(names.Label, channel),
+                                    items, tip, frame);
+  list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
+  list->setMinimumContentsLength(6);
+  return list;
+}
+
 }  // namespace
 
 // clang-format off
@@ -133,42 +148,38 @@ SetupAnalogPage::Column SetupAnalogPage::NewColumn(int channel, bool exists) {
 
   QWidget* frame = column.fraSetup;
   QGridLayout* grid = GridOf(frame);
-  const auto add = [grid](QWidget* control, int row) { grid->addWidget(control, row, 0); };
-  const auto newList = [&](const char* name, TextId label, const QStringList& items,
-                           const QString& tip) {
-    QComboBox* list =
-        NewEditableList(ElementName(name, channel), Spoken(label, channel), items, tip, frame);
-    list->setSizeAdjustPolicy(QComboBox::AdjustToMinimumContentsLengthWithIcon);
-    list->setMinimumContentsLength(6);
-    return list;
-  };
-
   column.chkEnable =
       NewCheckBox(ElementName("chkEnable", channel), GetText(TextId::Enable),
                   u"Selects if channel is included in display and history "_s, frame);
   column.chkEnable->setAccessibleName(Spoken(TextId::Enable, channel));
-  add(column.chkEnable, kEnableRow);
-  column.cmbEU = newList("cmbEU", TextId::Units, AnalogUnits(),
-                         u"Name of measurement engineering units (9 characters max)"_s);
-  add(column.cmbEU, kUnitsRow);
-  for (const NumberRow& row : kNumberRows) {
-    QLineEdit* field = NewField(ElementName(row.Name, channel), Spoken(row.Label, channel),
-                                QString::fromUtf16(row.Tip), frame);
-    field->setMinimumWidth(field->fontMetrics().horizontalAdvance(u"-999999.99"_s));
-    column.*row.Field = field;
-    add(field, row.Row);
-  }
-  column.cmbPrecision = newList("cmbPrecision", TextId::DecimalPlaces, PrecisionItems(),
-                                u"Number of digits to display after decimal point "_s);
-  add(column.cmbPrecision, kPrecisionRow);
+  grid->addWidget(column.chkEnable, kEnableRow, 0);
+  column.cmbEU =
+      NewColumnList({"cmbEU", TextId::Units}, channel, AnalogUnits(),
+                    u"Name of measurement engineering units (9 characters max)"_s, frame);
+  grid->addWidget(column.cmbEU, kUnitsRow, 0);
+  AddNumbers(column, channel);
+  column.cmbPrecision =
+      NewColumnList({"cmbPrecision", TextId::DecimalPlaces}, channel, PrecisionItems(),
+                    u"Number of digits to display after decimal point "_s, frame);
+  grid->addWidget(column.cmbPrecision, kPrecisionRow, 0);
   column.cmdCalibrate = NewButton(ElementName("cmdCalibrate", channel), GetText(TextId::Calibrate),
                                   u"Run dialog that assists setting calibration points"_s, frame);
   column.cmdCalibrate->setAccessibleName(Spoken(TextId::Calibrate, channel));
-  add(column.cmdCalibrate, kCalibrateRow);
+  grid->addWidget(column.cmdCalibrate, kCalibrateRow, 0);
   QObject::connect(column.cmdCalibrate, &QPushButton::clicked, this, [this, channel] {
     if (OnCalibrate) OnCalibrate(channel);
   });
   return column;
+}
+
+void SetupAnalogPage::AddNumbers(Column& column, int channel) {
+  for (const NumberRow& row : kNumberRows) {
+    QLineEdit* field = NewField(ElementName(row.Name, channel), Spoken(row.Label, channel),
+                                QString::fromUtf16(row.Tip), column.fraSetup);
+    field->setMinimumWidth(field->fontMetrics().horizontalAdvance(u"-999999.99"_s));
+    column.*row.Field = field;
+    GridOf(column.fraSetup)->addWidget(field, row.Row, 0);
+  }
 }
 
 /// Gives every row the same height in the labels and in all columns, so that they stand in line,

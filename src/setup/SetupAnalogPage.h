@@ -68,6 +68,7 @@ class SetupAnalogPage final : public QWidget {
   QWidget* NewRowLabels();
   QGroupBox* NewFrame(int channel, bool exists);
   Column NewColumn(int channel, bool exists);
+  void AddNumbers(Column& column, int channel);
   void AlignRows();
 
   int channelCount_;

@@ -4,7 +4,8 @@
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
-#include <QValidator>
+
+#include <algorithm>
 
 #include "base/MainScreen.h"
 #include "base/TextTable.h"
@@ -17,18 +18,6 @@ namespace tessmar {
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int kLongestTypedName = 32;
-
-/// Cuts what is typed, but not a longer name that came from a setup file.
-class TypedNameLimit final : public QValidator {
- public:
-  using QValidator::QValidator;
-  State validate(QString& input, int& /*position*/) const override {
-    input.truncate(kLongestTypedName);
-    return Acceptable;
-  }
-};
 
 struct AlarmCaptions {
   TextId Use;
@@ -82,8 +71,8 @@ void SetupGeneralPage::AddNameAndSpeed(QBoxLayout* page) {
   const QString name = GetText(TextId::Name);
   QLabel* label7 = NewLabel(u"Label7"_s, name, this);
   txtName_ = NewField(u"txtName"_s, name, {}, this);
-  txtName_->setMinimumWidth(txtName_->fontMetrics().averageCharWidth() * (kLongestTypedName + 4));
-  txtName_->setValidator(new TypedNameLimit(txtName_));
+  txtName_->setMinimumWidth(txtName_->fontMetrics().averageCharWidth() * (kLoggerNameLength + 4));
+  txtName_->setMaxLength(kLoggerNameLength);
 
   const QString warmup = GetText(TextId::SensorWarmupTime);
   QLabel* label8 = NewLabel(u"Label8"_s, warmup, this);
@@ -186,10 +175,10 @@ void SetupGeneralPage::Read(SetupControls& controls) const {
 }
 
 void SetupGeneralPage::Write(const SetupControls& controls) {
-  const QValidator* limit = txtName_->validator();
-  txtName_->setValidator(nullptr);
+  // What is typed ends at the limit; a longer name is shown as it is.
+  txtName_->setMaxLength(
+      std::max<int>(kLoggerNameLength, static_cast<int>(controls.txtName.size())));
   txtName_->setText(controls.txtName);
-  txtName_->setValidator(limit);
   txtName_->setCursorPosition(0);
   SetListPosition(*cmbWarmup_, controls.cmbWarmup);
   SetListPosition(*cmbBaud_, controls.cmbBaud);

@@ -2,6 +2,8 @@
 
 #include <QWheelEvent>
 
+#include "base/Blanks.h"
+
 namespace tessmar {
 
 using namespace Qt::StringLiterals;
@@ -26,6 +28,19 @@ class SetupList final : public QComboBox {
 
 int PositionOf(const QComboBox& list, const QString& item) {
   return list.findText(item, Qt::MatchExactly | Qt::MatchCaseSensitive);
+}
+
+/// What is typed, pasted or dropped gets blanks for its control characters; what the program puts
+/// in stays, because a screen that nobody touched must give back what it was given.
+QLineEdit* KeepControlsOut(QLineEdit* field) {
+  QObject::connect(field, &QLineEdit::textEdited, field, [field](const QString& text) {
+    const QString plain = ControlsToBlanks(text);
+    if (plain == text) return;
+    const int cursor = field->cursorPosition();
+    field->setText(plain);
+    field->setCursorPosition(cursor);
+  });
+  return field;
 }
 
 template <typename Control>
@@ -68,7 +83,7 @@ QPushButton* NewButton(const QString& name, const QString& caption, const QStrin
 
 QLineEdit* NewField(const QString& name, const QString& spokenName, const QString& tip,
                     QWidget* parent) {
-  return Named(new QLineEdit(parent), name, spokenName, tip);
+  return Named(KeepControlsOut(new QLineEdit(parent)), name, spokenName, tip);
 }
 
 QComboBox* NewList(const QString& name, const QString& spokenName, const QStringList& items,
@@ -85,6 +100,7 @@ QComboBox* NewEditableList(const QString& name, const QString& spokenName, const
   list->setInsertPolicy(QComboBox::NoInsert);
   // No completion: what is typed is what is meant, in the case in which it was typed.
   list->setCompleter(nullptr);
+  KeepControlsOut(list->lineEdit());
   list->addItems(items);
   list->setCurrentIndex(-1);
   list->clearEditText();

@@ -46,7 +46,38 @@ TEST(ParseLeadingNumber, SkipsBlanksWhereverTheyStand) {
   EXPECT_EQ(ParseLeadingNumber(u"  12"_s), 12);
   EXPECT_EQ(ParseLeadingNumber(u" 1 2"_s), 12);
   EXPECT_EQ(ParseLeadingNumber(u"\t1 . 5\n"_s), 1.5);
-  EXPECT_EQ(ParseLeadingNumber(u"1\u00A02"_s), 1);
+  EXPECT_EQ(ParseLeadingNumber(u"1\u00A02"_s), 12);
+}
+
+// What the test for a number lets through at the ends of one must not hide it from the reading.
+TEST(ParseLeadingNumber, SkipsEveryBlankThatTheTestForANumberSkips) {
+  for (int code = 0; code <= 0xFFFF; ++code) {
+    const QString mark = QChar(code);
+    for (const QString& text :
+         {mark + u"12.5"_s, u"12.5"_s + mark, mark + u" "_s + mark + u"12.5 "_s + mark}) {
+      if (!IsNumeric(text, kUs) || QChar(code).isDigit() || mark == u"."_s) continue;
+      EXPECT_EQ(ParseLeadingNumber(text), mark == u"-"_s ? -12.5 : 12.5) << code;
+    }
+  }
+  for (const QString& blank : {u" "_s, u"\t"_s, u"\u00A0"_s, u"\u2007"_s, u"\u202F"_s, u"\u3000"_s,
+                               u"\u200E"_s, u"\u061C"_s}) {
+    EXPECT_TRUE(IsNumeric(blank + u"12.5"_s, kUs)) << int{blank.at(0).unicode()};
+    EXPECT_EQ(ParseLeadingNumber(blank + u"12.5"_s), 12.5) << int{blank.at(0).unicode()};
+  }
+}
+
+TEST(ParseLeadingNumber, KnowsTheSignsOfEveryLocale) {
+  const auto locales =
+      QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyTerritory);
+  ASSERT_GT(locales.size(), 400);
+  for (const QLocale& locale : locales) {
+    const QString negative = locale.negativeSign() + u"7"_s;
+    EXPECT_TRUE(IsNumeric(negative, locale)) << locale.name().toStdString();
+    EXPECT_EQ(ParseLeadingNumber(negative), -7) << locale.name().toStdString();
+    const QString positive = locale.positiveSign() + u"7"_s;
+    EXPECT_TRUE(IsNumeric(positive, locale)) << locale.name().toStdString();
+    EXPECT_EQ(ParseLeadingNumber(positive), 7) << locale.name().toStdString();
+  }
 }
 
 TEST(ParseLeadingNumber, TakesAnExponentOnlyWhenItHasDigits) {
@@ -65,11 +96,15 @@ TEST(ParseLeadingNumber, FaultsOnANumberTooLargeForADouble) {
   EXPECT_THROW(ParseLeadingNumber(u"0.001e400"_s), ConversionFault);
   EXPECT_THROW(ParseLeadingNumber(QString(400, u'9') + u"e-10"_s), ConversionFault);
   EXPECT_THROW(ParseLeadingNumber(u"1e99999999999999999999"_s), ConversionFault);
+  EXPECT_THROW(ParseLeadingNumber(u"12e9223372036854775807"_s), ConversionFault);
+  EXPECT_THROW(ParseLeadingNumber(u"1e0000000000999"_s), ConversionFault);
 }
 
 TEST(ParseLeadingNumber, TakesANumberTooSmallForADoubleAsZero) {
   EXPECT_EQ(ParseLeadingNumber(u"1e-999"_s), 0);
   EXPECT_EQ(ParseLeadingNumber(u"1e-99999999999999999999"_s), 0);
+  EXPECT_EQ(ParseLeadingNumber(u"0.01e-9223372036854775807"_s), 0);
+  EXPECT_EQ(ParseLeadingNumber(u"0.01e-9223372036854775808"_s), 0);
   EXPECT_EQ(ParseLeadingNumber(u"0."_s + QString(400, u'0') + u"1"_s), 0);
   EXPECT_EQ(ParseLeadingNumber(u"0e99999999999999999999"_s), 0);
 }

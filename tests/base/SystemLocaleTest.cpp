@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <QRegularExpression>
+
 namespace tessmar {
 namespace {
 
@@ -38,10 +40,55 @@ TEST(ShortDate, KeepsAFourDigitYearThatTheLocaleHasAlready) {
   EXPECT_EQ(japanese.ShortDate(kEarlyMarch), u"2010/03/04"_s);
 }
 
-TEST(ShortDate, LeavesQuotedPartsOfTheFormatAlone) {
-  // Bulgarian writes a quoted abbreviation of "year" behind the date.
-  const SystemLocale bulgarian(QLocale(QLocale::Bulgarian, QLocale::Bulgaria));
-  EXPECT_EQ(bulgarian.ShortDate(kBoxingDay), u"26.12.2010 г."_s);
+TEST(ShortDate, LeavesOutWordsBlanksAndMarksOfTheLocale) {
+  struct Row {
+    const char* Locale;
+    const char16_t* Date;
+    const char16_t* Stamp;
+  };
+  const Row rows[] = {
+      {"bg_BG", u"26.12.2010", u"26.12.10"},     {"hr_HR", u"26.12.2010.", u"26.12.2010."},
+      {"bs_BA", u"26.12.2010.", u"26.12.2010."}, {"hu_HU", u"2010.12.26.", u"2010.12.26."},
+      {"ko_KR", u"2010.12.26.", u"2010.12.26."}, {"sk_SK", u"26.12.2010", u"26.12.10"},
+      {"sl_SI", u"26.12.2010", u"26.12.10"},     {"cs_CZ", u"26.12.2010", u"26.12.10"},
+      {"ar_EG", u"26/12/2010", u"26/12/10"},     {"fa_IR", u"2010/12/26", u"2010/12/26"},
+      {"kkj_CM", u"26/12/2010", u"26/12/10"},    {"ne_NP", u"2010/12/26", u"2010/12/26"},
+      {"he_IL", u"26.12.2010", u"26.12.10"},
+  };
+  for (const Row& row : rows) {
+    const SystemLocale locale(QLocale(QLatin1StringView(row.Locale)));
+    EXPECT_EQ(locale.ShortDate(kBoxingDay), QString::fromUtf16(row.Date)) << row.Locale;
+    EXPECT_EQ(locale.StampDate(kBoxingDay), QString::fromUtf16(row.Stamp)) << row.Locale;
+  }
+}
+
+/// Where a part of a date stands in the format of a locale, its quoted words left out.
+qsizetype PlaceIn(const QLocale& locale, QChar part) {
+  QString format = locale.dateFormat(QLocale::ShortFormat);
+  static const QRegularExpression quoted(u"'[^']*'"_s);
+  return format.remove(quoted).indexOf(part);
+}
+
+// Every digit of the day, month and year differs, so that each is known wherever it stands.
+TEST(ShortDate, OfEveryLocaleIsAsciiDigitsAndSeparatorsInItsOrder) {
+  const auto locales =
+      QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyTerritory);
+  ASSERT_GT(locales.size(), 400);
+  static const QRegularExpression form(u"^[0-9]+[-./][0-9]+[-./][0-9]+[.]?$"_s);
+  const QDate date(2043, 5, 16);
+  for (const QLocale& locale : locales) {
+    if (locale == QLocale::c()) continue;
+    const QString text = SystemLocale(locale).ShortDate(date);
+    EXPECT_TRUE(form.match(text).hasMatch()) << locale.name().toStdString();
+    EXPECT_EQ(SystemLocale(locale).StampDate(date).contains(u' '), false);
+    const qsizetype year = text.indexOf(u"2043"_s);
+    const qsizetype month = text.indexOf(u'5');
+    const qsizetype day = text.indexOf(u"16"_s);
+    ASSERT_TRUE(year >= 0 && month >= 0 && day >= 0) << text.toStdString();
+    EXPECT_EQ(day < month, PlaceIn(locale, u'd') < PlaceIn(locale, u'M')) << text.toStdString();
+    EXPECT_EQ(year < month, PlaceIn(locale, u'y') < PlaceIn(locale, u'M')) << text.toStdString();
+    EXPECT_EQ(year < day, PlaceIn(locale, u'y') < PlaceIn(locale, u'd')) << text.toStdString();
+  }
 }
 
 TEST(ShortDate, OfASystemWithoutALocaleIsTheAmericanOne) {

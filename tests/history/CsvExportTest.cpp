@@ -9,6 +9,7 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QProcess>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <array>
 #include <cmath>
@@ -133,6 +134,35 @@ TEST_F(CsvGolden, NamesAndUnitsAreInUtf8AndCommasInHeadingsStay) {
   rig.Settings.Do.ConductivityChannel = 7;
   rig.Add(kStamp, {1250, 0});
   EXPECT_EQ(Written(rig.Table(), u"Mühlteich"_s, false), Golden(u"units-beyond-ascii.csv"_s));
+}
+
+// Only an image or an older program can bring them.
+TEST(WriteCsv, LineEndsInNamesAndUnitsDoNotEndALine) {
+  TableRig rig(1, 1);
+  rig.EnableAnalog(0, u"m\nm"_s);
+  rig.EnablePulse(0, u"k\r\nWh"_s, 1, 0);
+  const QList<QByteArray> lines = Written(rig.Table(), u"Well\n7"_s, false).split('\n');
+  ASSERT_EQ(lines.size(), 3);
+  EXPECT_TRUE(lines[0].startsWith("Well 7,"));
+  EXPECT_EQ(lines[1], "Date, Time, m m, k  Wh\r");
+}
+
+// Croatian, Hungarian and others write their dates with blanks, and Arabic with its own digits.
+TEST(WriteCsv, TheDateIsOneColumnInEveryLocale) {
+  const auto locales =
+      QLocale::matchingLocales(QLocale::AnyLanguage, QLocale::AnyScript, QLocale::AnyTerritory);
+  ASSERT_GT(locales.size(), 400);
+  static const QRegularExpression row(u"^[-0-9./]+, 15:47:29, [0-9.]+\r$"_s);
+  static const QRegularExpression head(u"^Well 7,[-0-9./]+,[0-9]+:05:12( PM)?\r$"_s);
+  for (const QLocale& locale : locales) {
+    TableRig rig(1, 0);
+    rig.EnableAnalog(0, u"m"_s);
+    rig.Locale = SystemLocale(locale);
+    rig.Add(kStamp, {1});
+    const QList<QByteArray> lines = Written(rig.Table(), u"Well 7"_s, false).split('\n');
+    EXPECT_TRUE(head.match(QString::fromUtf8(lines.at(0))).hasMatch()) << lines.at(0).toStdString();
+    EXPECT_TRUE(row.match(QString::fromUtf8(lines.at(2))).hasMatch()) << lines.at(2).toStdString();
+  }
 }
 
 TEST(WriteCsv, ChangingTheOptionBetweenTwoSavesChangesOnlyTheDateAndTimeColumns) {

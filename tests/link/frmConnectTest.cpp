@@ -282,6 +282,15 @@ TEST(frmConnect, CancelUnloadsAndRemembers) {
   }
 }
 
+TEST(frmConnect, APastedLineEndDoesNotGoIntoTheNumber) {
+  FormBench bench;
+  bench.Load();
+  bench.Click(u"optModem"_s);
+  bench.Combo(u"cmbNumber"_s).setEditText(u"555\t0100\r\n"_s);
+  bench.Click(u"cmdCancel"_s);
+  EXPECT_EQ(bench.Settings.CurrentPhoneNumber, u"555 0100  "_s);
+}
+
 TEST(frmConnect, RemembersOnTheWayOutOfASuccessAndOfTheWindow) {
   FormBench bench;
   bench.LetLoggerAnswer();

@@ -112,6 +112,28 @@ TEST(FormatValue, TakesDecimalsBelow0As0AndAbove6As6) {
   EXPECT_EQ(Formatted(0.0000005001, 255), "0.000001");
 }
 
+// The nearest double to 0.0000025 lies above the half, that to 0.0000035 below it.
+TEST(FormatValue, RoundsTwiceWithMoreThanSixDecimals) {
+  EXPECT_EQ(Formatted(0.00000249999996, 6), "0.000002");
+  EXPECT_EQ(Formatted(0.00000249999996, 7), "0.000003");
+  EXPECT_EQ(Formatted(0.00000249999996, 8), "0.000003");
+  EXPECT_EQ(Formatted(0.00000249999996, 13), "0.000003");
+  EXPECT_EQ(Formatted(0.00000249999996, 14), "0.000002");
+  EXPECT_EQ(Formatted(-0.00000249999996, 7), "-0.000003");
+  EXPECT_EQ(Formatted(0.00000350000004, 6), "0.000004");
+  EXPECT_EQ(Formatted(0.00000350000004, 7), "0.000003");
+  EXPECT_EQ(Formatted(7.9999999, 7), "8.000000");
+  EXPECT_EQ(Formatted(-0.00000004, 7), "0.000000");
+}
+
+TEST(FormatValue, TakesEveryCountOfDecimalsForEveryMagnitude) {
+  for (const double value : {std::numeric_limits<double>::max(), 1e300, 1e15, 1.25, 1e-300,
+                             std::numeric_limits<double>::denorm_min()}) {
+    for (const int decimals : {7, 17, 100, 255, 32767})
+      EXPECT_EQ(Formatted(value, decimals), Formatted(value, 6)) << value << ' ' << decimals;
+  }
+}
+
 TEST(FormatValue, PutsZerosBehindThePoint) {
   EXPECT_EQ(Formatted(0, 0), "0");
   EXPECT_EQ(Formatted(0, 2), "0.00");

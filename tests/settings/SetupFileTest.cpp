@@ -351,19 +351,53 @@ TEST(ReadSetupFile, TakesEveryByteValue) {
   for (int code = 0; code < 256; ++code) bytes.append(static_cast<char>(code));
   EXPECT_EQ(Read(bytes), Defaults());
 
-  QByteArray file("LoggerName=");
-  QString name;
-  for (int code = 1; code < 256; ++code) {
-    if (code == '\r' || code == '\n' || code == ' ') continue;
-    file.append(static_cast<char>(code));
-    name.append(QChar(code));
+  for (int code = 0; code < 256; ++code) {
+    if (code == '\r' || code == '\n') continue;
+    const bool isControl = code < 32 || (code >= 127 && code < 160);
+    const QString name = u'a' + QString(isControl ? QChar(u' ') : QChar(code)) + u'b';
+    const QByteArray file = "LoggerName=a" + QByteArray(1, static_cast<char>(code)) + "b";
+    EXPECT_EQ(Read(file).LoggerName, name) << code;
   }
-  EXPECT_EQ(Read(file).LoggerName, name);
+}
+
+TEST(ReadSetupFile, CutsTextsToTheLengthOfTheirField) {
+  EXPECT_EQ(Read("LoggerName=" + QByteArray(32, 'n')).LoggerName, QString(32, u'n'));
+  EXPECT_EQ(Read("LoggerName=" + QByteArray(33, 'n')).LoggerName, QString(32, u'n'));
+  EXPECT_EQ(Read("LoggerName=   " + QByteArray(40, 'n')).LoggerName, QString(32, u'n'));
+  EXPECT_EQ(Read("[Analog Channel]\nEngUnits=123456789").Analog[0].EngUnits, u"123456789"_s);
+  EXPECT_EQ(Read("[Analog Channel]\nEngUnits=1234567890").Analog[0].EngUnits, u"123456789"_s);
+  EXPECT_EQ(Read("[Digital Channel]\nChannel=1\nEngUnits=1234567890").Pulse[1].EngUnits,
+            u"123456789"_s);
+  EXPECT_EQ(Read("SampleInterval=7 fortnights and then some").SampleInterval,
+            u"7 fortnights and then some"_s);
+  EXPECT_EQ(Read("SampleInterval=" + QByteArray(5000, '9')).SampleInterval, QString(1000, u'9'));
+}
+
+// Whatever the size of a text, what is kept of it and what is looked at on the screen is short.
+TEST(ReadSetupFile, TakesTextsOfFiftyMegabytes) {
+  constexpr qsizetype kHuge = qsizetype{50} * 1024 * 1024;
+  LoggerSettings expected = Defaults();
+  expected.LoggerName = QString(32, u'x');
+  expected.SampleInterval = QString(1000, u'7');
+  expected.Analog[0].EngUnits = QString(9, u'y');
+  EXPECT_EQ(Read("LoggerName=" + QByteArray(kHuge, 'x') + "\nSampleInterval=" +
+                 QByteArray(5000, '7') + "\n[Analog Channel]\nEngUnits=" + QByteArray(5000, 'y')),
+            expected);
+}
+
+TEST(WriteSetupFile, WritesOneLineForATextWithLineEnds) {
+  LoggerSettings settings = Defaults();
+  settings.LoggerName = u"Well\r\nDeadband=7"_s;
+  settings.Analog[0].EngUnits = u"m\nm"_s;
+  const QByteArray file = WriteSetupFile(kHead, FullLogger(), settings);
+  EXPECT_TRUE(file.contains("\r\nLoggerName=Well  Deadband=7\r\n"));
+  EXPECT_TRUE(file.contains("\r\nEngUnits=m m\r\n"));
+  EXPECT_EQ(file.count('\n'), WriteSetupFile(kHead, FullLogger(), Defaults()).count('\n'));
 }
 
 TEST(ReadSetupFile, TakesLinesOfAMegabyte) {
   constexpr qsizetype kMegabyte = 1024 * 1024;
-  EXPECT_EQ(Read("LoggerName=" + QByteArray(kMegabyte, 'x')).LoggerName.size(), kMegabyte);
+  EXPECT_EQ(Read("LoggerName=" + QByteArray(kMegabyte, 'x')).LoggerName.size(), 32);
   EXPECT_EQ(Read(QByteArray(kMegabyte, 'x') + "=1"), Defaults());
   EXPECT_EQ(Read("LowerLimit=" + QByteArray(kMegabyte, '9')).Analog[0].LowerLimit, 0);
   EXPECT_TRUE(Fails("Deadband=" + QByteArray(kMegabyte, '9')));

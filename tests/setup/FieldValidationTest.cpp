@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <QClipboard>
 #include <QTabBar>
 
 #include "setup/SetupScreenRig.h"
@@ -301,11 +302,62 @@ TEST_F(LeavingAField, LettersInAManualEntryBecomeZeroAndLetTheFocusGo) {
   EXPECT_FALSE(field.hasFocus());
 }
 
+void Paste(QLineEdit& field, const QString& text) {
+  QGuiApplication::clipboard()->setText(text);
+  field.deselect();
+  field.end(false);
+  field.paste();
+}
+
 TEST_F(LeavingAField, ATypedNameStopsAt32Characters) {
   rig_.ShowPage(2);
   QLineEdit& name = rig_.Field("txtName");
   rig_.Type(name, QString(40, u'n'));
   EXPECT_EQ(name.text(), QString(32, u'n'));
+}
+
+TEST_F(LeavingAField, AFullNameRefusesTheKeyWhereverItIsTyped) {
+  rig_.ShowPage(2);
+  QLineEdit& name = rig_.Field("txtName");
+  rig_.Type(name, QString(31, u'n') + u'z');
+  name.setCursorPosition(0);
+  QTest::keyClicks(&name, u"ab"_s);
+  EXPECT_EQ(name.text(), QString(31, u'n') + u'z');
+  name.setCursorPosition(16);
+  QTest::keyClicks(&name, u"c"_s);
+  EXPECT_EQ(name.text(), QString(31, u'n') + u'z');
+  // A selection is replaced, as everywhere.
+  name.setSelection(0, 2);
+  QTest::keyClicks(&name, u"c"_s);
+  EXPECT_EQ(name.text(), u'c' + QString(29, u'n') + u'z');
+}
+
+TEST_F(LeavingAField, APastedNameIsCutToWhatFits) {
+  rig_.ShowPage(2);
+  QLineEdit& name = rig_.Field("txtName");
+  rig_.Type(name, u"Well"_s);
+  Paste(name, QString(40, u'4'));
+  EXPECT_EQ(name.text(), u"Well"_s + QString(28, u'4'));
+}
+
+TEST_F(LeavingAField, PastedControlCharactersBecomeBlanks) {
+  rig_.ShowPage(2);
+  QLineEdit& name = rig_.Field("txtName");
+  rig_.Type(name, u"A"_s);
+  Paste(name, u"Well\r\n4\tnorth\u2028\u0085x"_s);
+  EXPECT_EQ(name.text(), u"AWell  4 north  x"_s);
+  EXPECT_EQ(name.cursorPosition(), name.text().size());
+
+  rig_.ShowPage(0);
+  for (const char* list : {"cmbEU(0)", "cmbEU(7)"}) {
+    rig_.Type(rig_.List(list), u"m"_s);
+    Paste(*rig_.List(list).lineEdit(), u"\n3/s"_s);
+    EXPECT_EQ(rig_.List(list).currentText(), u"m 3/s"_s) << list;
+  }
+  rig_.ShowPage(1);
+  rig_.Type(rig_.List("cmbPulseEU(1)"), u"k"_s);
+  Paste(*rig_.List("cmbPulseEU(1)").lineEdit(), u"\tWh"_s);
+  EXPECT_EQ(rig_.List("cmbPulseEU(1)").currentText(), u"k Wh"_s);
 }
 
 TEST_F(LeavingAField, AnAlarmHourOf13IsRefusedInThe12HourForm) {
