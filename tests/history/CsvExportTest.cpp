@@ -451,7 +451,9 @@ TEST_F(SaveCsvFile, IsTheOldOneOrTheNewOneWheneverTheProcessIsKilled) {
     ASSERT_NO_FATAL_FAILURE(SaveUntilKilled(Path(), table, row, killer));
     const QByteArray now = Bytes(Path());
     ASSERT_TRUE(now == old || now == fresh) << "attempt " << attempt << ", " << now.size();
-    if (killer == Killer::Itself) EXPECT_EQ(now, old);
+    if (killer == Killer::Itself) {
+      EXPECT_EQ(now, old);
+    }
     if (now == old) ++kept;
   }
   EXPECT_GE(kept, 50);
