@@ -20,7 +20,7 @@ struct CommonRun {
 
 /// A record that stands more often than this in the series starts no run, it only prolongs one. It
 /// keeps the work near-linear for a logger with a dead clock, whose records are all alike.
-inline constexpr std::int32_t kMostOccurrences = 32;
+inline constexpr std::int32_t kMostOccurrences = 16;
 
 /// Before the first and behind the last run, further runs are looked for no farther in the series
 /// than twice what is left of the upload there, and this many records.

@@ -31,7 +31,7 @@ class GrowingSeries {
   explicit GrowingSeries(std::span<const SeriesUpload> uploads);
 
   void Take(std::int32_t upload);
-  std::vector<SeriesRecord> Result() const;
+  LoggerSeries Result() const;
 
  private:
   struct Node {
@@ -110,8 +110,8 @@ std::vector<CommonRun> GrowingSeries::ChooseRuns() {
   const std::int32_t known = KnownRecords();
   if (known == 0) return {};
   const ContinuationLength continuation = Continuation();
-  // No other way of laying it can have more in common than what is known at all.
-  if (continuation.Longest < known) {
+  // Most of what could be in common at all.
+  if (2 * continuation.Longest < known) {
     std::vector<CommonRun> runs = FindRuns();
     std::int32_t common = 0;
     for (const CommonRun& run : runs) common += run.Length;
@@ -290,8 +290,9 @@ void GrowingSeries::Renumber(std::int32_t from) {
   }
 }
 
-std::vector<SeriesRecord> GrowingSeries::Result() const {
-  std::vector<SeriesRecord> records;
+LoggerSeries GrowingSeries::Result() const {
+  LoggerSeries series;
+  std::vector<SeriesRecord>& records = series.Records;
   records.reserve(order_.size());
   for (const std::int32_t place : order_) {
     const Node& node = nodes_[Index(place)];
@@ -301,7 +302,9 @@ std::vector<SeriesRecord> GrowingSeries::Result() const {
                        .OverlapUnsure = node.OverlapUnsure});
   }
   MarkDisputes(records);
-  return records;
+  for (const std::vector<std::int32_t>& nodes : nodesOf_)
+    series.UploadEnds.push_back(nodes.empty() ? kNone : places_[Index(nodes.back())] + 1);
+  return series;
 }
 
 // What lies between two neighbours of an upload is not in this upload.
@@ -331,7 +334,7 @@ std::uint32_t SeriesUpload::Stamp(std::int32_t number) const {
          static_cast<std::uint32_t>(record[2]) << 16 | static_cast<std::uint32_t>(record[3]) << 24;
 }
 
-std::vector<SeriesRecord> JoinUploads(std::span<const SeriesUpload> uploads) {
+LoggerSeries JoinUploads(std::span<const SeriesUpload> uploads) {
   GrowingSeries series(uploads);
   for (std::size_t upload = 0; upload < uploads.size(); ++upload)
     series.Take(static_cast<std::int32_t>(upload));

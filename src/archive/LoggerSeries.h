@@ -52,10 +52,17 @@ struct SeriesRecord {
   bool operator==(const SeriesRecord&) const = default;
 };
 
+/// The joined uploads of a logger.
+struct LoggerSeries {
+  std::vector<SeriesRecord> Records;
+  /// By upload: the place behind its last record, or -1 for an upload without records.
+  std::vector<std::int32_t> UploadEnds;
+};
+
 /// Joins the uploads of one logger: each record once, in the logger's order. docs/series.md tells
 /// the rule. Every upload is contained in the result, with all its records in its own order.
 ///
 /// @param uploads  in the order in which they were taken. Five million records take some seconds.
-std::vector<SeriesRecord> JoinUploads(std::span<const SeriesUpload> uploads);
+LoggerSeries JoinUploads(std::span<const SeriesUpload> uploads);
 
 }  // namespace tessmar

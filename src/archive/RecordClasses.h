@@ -23,10 +23,19 @@ class RecordClasses {
   std::int32_t Count() const { return static_cast<std::int32_t>(first_.size()); }
 
  private:
+  /// A place of the table of hashes.
+  struct Slot {
+    std::uint32_t Tag = 0;  ///< The upper half of the hash.
+    std::int32_t Number = kFree;
+  };
+  static constexpr std::int32_t kFree = -1;
+
+  bool Is(std::int32_t number, std::uint64_t hash, std::span<const std::uint8_t> record) const;
   void Widen();
 
-  std::vector<std::int32_t> slots_;  ///< Number of a record, or kFree.
+  std::vector<Slot> slots_;
   std::size_t mask_;
+  std::int32_t last_ = kFree;                         ///< The number given last.
   std::vector<std::uint64_t> hashes_;                 ///< Of each number.
   std::vector<std::span<const std::uint8_t>> first_;  ///< The first record of each number.
 };

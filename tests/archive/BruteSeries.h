@@ -49,7 +49,7 @@ class BruteSeries {
   bool MayStart(int mine) const {
     int often = 0;
     for (const Item& item : items_) often += item.Number == Mine().Records[At(mine)] ? 1 : 0;
-    return often <= 32;
+    return often <= 16;
   }
 
   std::vector<int> Continuations() const {
@@ -119,7 +119,7 @@ class BruteSeries {
     std::vector<Run> runs;
     if (!lengths.empty()) runs = {{0, Size() - lengths.front(), lengths.front()}};
     std::vector<Run> other;
-    Divide(0, MyCount(), 0, Size(), other);
+    if (lengths.empty() || 2 * lengths.front() < Known()) Divide(0, MyCount(), 0, Size(), other);
     int common = 0;
     for (const Run& run : other) common += run.L;
     bool unsure = lengths.size() > 1 || (lengths.size() == 1 && OneOfARepetition(lengths.front()));
@@ -129,6 +129,14 @@ class BruteSeries {
       unsure = false;
     }
     Merge(runs, unsure);
+  }
+
+  int Known() const {
+    int known = 0;
+    for (const std::uint32_t number : Mine().Records) {
+      known += std::ranges::any_of(items_, [&](const Item& item) { return item.Number == number; });
+    }
+    return known;
   }
 
   bool OneOfARepetition(int overlap) const {

@@ -30,7 +30,7 @@ std::string Text(const std::vector<PlainUpload>& uploads) {
 }
 
 TEST(LoggerSeries, OfNothingIsEmpty) {
-  EXPECT_THAT(JoinUploads({}), IsEmpty());
+  EXPECT_THAT(JoinUploads({}).Records, IsEmpty());
   EXPECT_THAT(Joined({{}, {}}), IsEmpty());
 }
 
@@ -131,17 +131,22 @@ TEST(LoggerSeries, RecordsOfAnotherShapeAreOthers) {
   const std::vector<std::uint8_t> wide = {1, 0, 0, 0, 5, 0, 0, 0, 2, 0, 0, 0, 5, 0, 0, 0};
   const std::vector<SeriesUpload> uploads = {{.Records = narrow, .RecordSize = 6},
                                              {.Records = wide, .RecordSize = 8}};
-  EXPECT_THAT(JoinUploads(uploads),
+  EXPECT_THAT(JoinUploads(uploads).Records,
               ElementsAre(SeriesRecord{0, 0, false, true}, SeriesRecord{0, 1},
                           SeriesRecord{1, 0, false, true}, SeriesRecord{1, 1}));
 }
 
 TEST(LoggerSeries, ATornRecordAtTheEndIsLeftOut) {
   const std::vector<std::uint8_t> bytes = {1, 0, 0, 0, 5, 0, 2, 0, 0};
-  EXPECT_THAT(JoinUploads(std::vector<SeriesUpload>{{.Records = bytes, .RecordSize = 6}}),
+  EXPECT_THAT(JoinUploads(std::vector<SeriesUpload>{{.Records = bytes, .RecordSize = 6}}).Records,
               ElementsAre(SeriesRecord{0, 0, false, true}));
-  EXPECT_THAT(JoinUploads(std::vector<SeriesUpload>{{.Records = bytes, .RecordSize = 0}}),
+  EXPECT_THAT(JoinUploads(std::vector<SeriesUpload>{{.Records = bytes, .RecordSize = 0}}).Records,
               IsEmpty());
+}
+
+TEST(LoggerSeries, SaysWhereEachUploadEnds) {
+  const std::vector<PlainUpload> uploads = {{{10, 12}}, {}, {{12, 14, 16}}, {{12, 14}, false}};
+  EXPECT_THAT(JoinUploads(UploadBytes(uploads).Uploads()).UploadEnds, ElementsAre(2, -1, 4, 3));
 }
 
 TEST(LoggerSeries, GivesTheUploadThatHadARecordFirst) {

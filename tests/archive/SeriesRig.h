@@ -48,7 +48,7 @@ class UploadBytes {
 };
 
 inline std::vector<SeriesRecord> Joined(const std::vector<PlainUpload>& uploads) {
-  return JoinUploads(UploadBytes(uploads).Uploads());
+  return JoinUploads(UploadBytes(uploads).Uploads()).Records;
 }
 
 /// The records of a series as the whole numbers that they were written as.
