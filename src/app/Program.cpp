@@ -12,6 +12,7 @@
 #include "app/MainLocalizer.h"
 #include "app/frmAbout.h"
 #include "app/frmSplash.h"
+#include "archive/frmArchive.h"
 #include "base/FileNames.h"
 #include "base/Localize.h"
 #include "base/TextTable.h"
@@ -259,6 +260,8 @@ void Program::Perform(MainCommand command) {
       return actions_.ResetPulseAccumulators();
     case MainCommand::LoadLoggerImageFile:
       return actions_.LoadLoggerImageFile();
+    case MainCommand::Archive:
+      return ShowArchive();
     case MainCommand::FirmwareVersion:
       return actions_.FirmwareVersion();
     case MainCommand::LaunchHelp:
@@ -324,6 +327,44 @@ void Program::ShowViewer() {
                      .AppPath = FirstFolderOfDialogs(environment_.AppPath),
                      .Loop = &loop_},
                     &window_);
+  viewer.exec();
+}
+
+void Program::ShowArchive() {
+  frmArchive archive(
+      {.Path = environment_.ArchivePath,
+       .Screen = window_,
+       .Message = messages_,
+       .Dialogs = fileDialogs_,
+       .Time = clock_,
+       .Locale = locale_,
+       .CsvDateTimeSingleColumn = csvDateTimeSingleColumn_,
+       .RelayDisplayEnabled = display_.RelayDisplayEnabled,
+       .AppPath = environment_.AppPath,
+       .Ending = [this] { return loop_.Ending(); },
+       .AskText = AskArchiveText,
+       .AskChoice = AskArchiveChoice,
+       .ShowViewer = [this](const ArchivedUpload& upload,
+                            QWidget* parent) { ShowArchivedUpload(upload, parent); }},
+      &window_);
+  archive.exec();
+}
+
+void Program::ShowArchivedUpload(const ArchivedUpload& upload, QWidget* parent) {
+  frmHistory viewer({.Buffer = *upload.Records,
+                     .Settings = upload.Settings,
+                     .Link = upload.Link,
+                     .Screen = window_,
+                     .Message = messages_,
+                     .Dialogs = fileDialogs_,
+                     .Time = clock_,
+                     .Locale = locale_,
+                     .CsvDateTimeSingleColumn = csvDateTimeSingleColumn_,
+                     .RelayDisplayEnabled = display_.RelayDisplayEnabled,
+                     .AppPath = environment_.AppPath,
+                     .Loop = &loop_,
+                     .LoggerName = upload.LoggerName},
+                    parent);
   viewer.exec();
 }
 

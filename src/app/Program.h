@@ -43,6 +43,8 @@
 
 namespace tessmar {
 
+struct ArchivedUpload;
+
 /// What the program finds around it at its start.
 struct ProgramEnvironment {
   QStringList Arguments;             ///< As the process was given them, the program's name first.
@@ -100,6 +102,8 @@ class Program {
   void GetHistory();
   QString ShowUpload(std::int32_t totalRecords);
   void ShowViewer();
+  void ShowArchive();
+  void ShowArchivedUpload(const ArchivedUpload& upload, QWidget* parent);
   void ShowSetup(bool mayProgram);
   std::optional<ImportChoice> AskImportChoice();
   void ShowAbout();

@@ -263,6 +263,9 @@ void frmMain::MakeMenus() {
   menuBar()->addMenu(file);
   menuBar()->addMenu(MakeActionMenu(u"mnu"_s));
   menuBar()->addMenu(MakeActionMenu(u"imnu"_s));
+  auto* dataMenu = Add(new QMenu(this), u"mnuData"_s);
+  AddEntry(dataMenu, u"mnuArchive"_s, MainCommand::Archive);
+  menuBar()->addMenu(dataMenu);
   auto* help = Add(new QMenu(this), u"Help"_s);
   AddEntry(help, u"mnuLaunchHelp"_s, MainCommand::LaunchHelp);
   AddEntry(help, u"mnuLaunchDOHelp"_s, MainCommand::LaunchDoHelp);

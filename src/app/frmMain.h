@@ -32,6 +32,7 @@ enum class MainCommand {
   Setup,
   ResetPulseAccumulators,
   LoadLoggerImageFile,
+  Archive,
   LaunchHelp,
   LaunchDoHelp,
   About,

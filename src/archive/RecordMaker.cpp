@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "measure/DerivedChannels.h"
+#include "measure/DerivedMethod.h"
 #include "settings/config.h"
 
 namespace tessmar {
@@ -69,7 +70,7 @@ std::vector<ChannelRow> RecordMaker::Channels() const {
                        : QuantityName(QuantityShown(settings_.Do, column.Channel), column.Channel),
          .Unit = column.Heading,
          .Decimals = column.Decimals,
-         .Method = pulse ? QString() : ChannelMethod(settings_, column.Channel)});
+         .Method = pulse ? QString() : MethodText(settings_, column.Channel)});
   }
   return channels;
 }
@@ -131,12 +132,6 @@ LoggerSettings SettingsOfImage(const QByteArray& image, int analog, int pulse) {
   UnpackConfigImage(LinkOf(analog, pulse), {bytes, static_cast<std::size_t>(image.size())},
                     settings);
   return settings;
-}
-
-QString ChannelMethod(const LoggerSettings& settings, int channel) {
-  const ShownQuantity quantity = QuantityShown(settings.Do, channel);
-  if (quantity == ShownQuantity::OwnReading) return {};
-  return QuantityName(quantity, channel) + u", derived"_s;
 }
 
 }  // namespace tessmar

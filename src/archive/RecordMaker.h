@@ -54,8 +54,4 @@ int RecordsOfBlock(std::span<const std::uint8_t> block, int analog, int pulse);
 /// The settings of an image in the archive, for records of so many channels.
 LoggerSettings SettingsOfImage(const QByteArray& image, int analog, int pulse);
 
-/// How the value of an analog channel, 0 to 7, is made where it is derived; empty for its own
-/// reading.
-QString ChannelMethod(const LoggerSettings& settings, int channel);
-
 }  // namespace tessmar

@@ -132,7 +132,7 @@ void frmHistory::FillList(bool pack) {
     ShowTable(std::move(table));
     progress.Advance(maximum);
   }
-  lblLoggerName_->setText(parts_.Screen.Caption(u"lblLoggerName"_s));
+  lblLoggerName_->setText(parts_.LoggerName.value_or(parts_.Screen.Caption(u"lblLoggerName"_s)));
   lblNumRecords_->setText(QString::number(model_.rowCount()));
 }
 

@@ -40,6 +40,8 @@ struct HistoryViewerParts {
   QString AppPath;  ///< The folder that the save dialog begins in, without a trailing separator.
   /// Tells that the program is ending: an answer packs nothing then. None never ends.
   const MessageLoop* Loop = nullptr;
+  /// The logger that the records are of; without it the one that the screen names.
+  std::optional<QString> LoggerName = {};
 };
 
 /// The historical data viewer. The table is built when the form is made, and keeps the settings as

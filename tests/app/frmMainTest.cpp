@@ -126,7 +126,7 @@ TEST_F(MainWindow, EnglishMenusStandOnTheBar) {
   for (const QAction* action : window_.menuBar()->actions()) {
     if (action->isVisible()) bar.append(action->text());
   }
-  EXPECT_EQ(bar, QStringList({u"&File"_s, u"&Action"_s, u"&Help"_s}));
+  EXPECT_EQ(bar, QStringList({u"&File"_s, u"&Action"_s, u"&Data"_s, u"&Help"_s}));
   EXPECT_EQ(Entry(u"mnuGetHistoryData"_s)->text(), u"Get &History Data"_s);
   EXPECT_EQ(Find<QAbstractButton>(u"chkSampleContinuously"_s)->text(), u"Sample Continuously"_s);
   EXPECT_EQ(Find<QGroupBox>(u"fraPulse2"_s)->title(), u"Pulse Channel 2"_s);
@@ -138,7 +138,7 @@ TEST_F(MainWindow, GermanMenusStandOnTheBar) {
   for (const QAction* action : window_.menuBar()->actions()) {
     if (action->isVisible()) bar.append(action->text());
   }
-  EXPECT_EQ(bar, QStringList({u"&Datei"_s, u"&Aktion"_s, u"&Hilfe"_s}));
+  EXPECT_EQ(bar, QStringList({u"&Datei"_s, u"&Aktion"_s, u"Da&ten"_s, u"&Hilfe"_s}));
   EXPECT_EQ(Entry(u"imnuClearHistory"_s)->text(), u"Speicherdaten &löschen"_s);
   EXPECT_EQ(Entry(u"imnuLoadLoggerImageFile"_s)->text(), u"Load Logger Image &File"_s);
   EXPECT_EQ(Entry(u"mnuLaunchDOHelp"_s)->text(), u"&Dissolved Oxygen Sensor Help"_s);

@@ -74,11 +74,21 @@ class Tour {
     MeetRefusals();
     Calibrate();
     LeaveSetup();
+    LookAtArchive();
     Robot::Trigger(main_, u"mnuAbout"_s);
     Robot::WaitForForm(u"frmAbout"_s);
     Take(u"about"_s, u"frmAbout"_s);
     Robot::Press(Qt::Key_Escape);
     Robot::WaitForNoForm(u"frmAbout"_s);
+  }
+
+  void LookAtArchive() {
+    const QString archive = u"frmArchive"_s;
+    Robot::Trigger(main_, u"mnuArchive"_s);
+    Robot::WaitForForm(archive);
+    Take(u"archive"_s, archive);
+    Robot::Press(Qt::Key_Escape);
+    Robot::WaitForNoForm(archive);
   }
 
   void Connect() {
@@ -120,8 +130,10 @@ class Tour {
 
   void OpenMenus() {
     const QString action = language_.IsGerman ? u"imnuAction"_s : u"mnuAction"_s;
-    const std::pair<QString, QString> menus[] = {
-        {u"mnuFile"_s, u"menu-file"_s}, {action, u"menu-action"_s}, {u"Help"_s, u"menu-help"_s}};
+    const std::pair<QString, QString> menus[] = {{u"mnuFile"_s, u"menu-file"_s},
+                                                 {action, u"menu-action"_s},
+                                                 {u"mnuData"_s, u"menu-data"_s},
+                                                 {u"Help"_s, u"menu-help"_s}};
     for (const auto& [menu, picture] : menus) {
       Robot::InGui([this, menu = menu] {
         auto* window = qobject_cast<QMainWindow*>(Robot::Form(main_));

@@ -1,0 +1,42 @@
+#pragma once
+
+#include <QString>
+#include <memory>
+#include <vector>
+
+#include "archive/ClockCorrection.h"
+#include "archive/LoggerSeries.h"
+#include "archive/Store.h"
+#include "history/HistoryBuffer.h"
+#include "link/LinkState.h"
+#include "settings/LoggerSettings.h"
+
+namespace tessmar {
+
+/// An upload as the viewer needs it: its records, with the settings that it was made with.
+struct ArchivedUpload {
+  QString LoggerName;  ///< As the logger called itself then.
+  LoggerSettings Settings;
+  LinkState Link;  ///< Has the channel counts of its records, and is not connected.
+  std::unique_ptr<HistoryBuffer> Records;
+  bool Cut = false;  ///< The upload has more records than the viewer holds.
+};
+
+/// Reads an upload; one that is not ended has the records of its blocks. Throws ArchiveFault, and
+/// RangeFault when there is none of this number.
+ArchivedUpload LoadUpload(const Store& store, qint64 upload);
+
+/// The series of a logger as it stands in the archive.
+struct ArchivedSeries {
+  std::vector<UploadRow> Rows;  ///< Its uploads of history and images with records, oldest first.
+  std::vector<std::vector<std::uint8_t>> Bytes;  ///< Of each, its stored records.
+  std::vector<SeriesUpload> Uploads;             ///< The same for the series; refers to Bytes.
+  LoggerSeries Series;
+  std::vector<std::int64_t> Corrected;  ///< By record of the series, see CorrectedTimes.
+};
+
+/// Reads and joins the uploads of a logger, without what lies in the bin and without live samples.
+/// Throws ArchiveFault.
+ArchivedSeries LoadSeries(const Store& store, qint64 logger);
+
+}  // namespace tessmar

@@ -1,0 +1,266 @@
+// How the archive's window is made; what it does stands in frmArchive.cpp.
+
+#include <QCheckBox>
+#include <QDateEdit>
+#include <QHBoxLayout>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QScreen>
+#include <QSplitter>
+#include <QTableView>
+#include <QTreeView>
+#include <QVBoxLayout>
+#include <algorithm>
+#include <array>
+
+#include "archive/WindowTexts.h"
+#include "archive/frmArchive.h"
+#include "base/TextTable.h"
+
+namespace tessmar {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Id = WindowTextId;
+
+constexpr int kWidthInCharacters = 120;
+constexpr int kHeightInLines = 36;
+
+QString WithoutMnemonic(QString text) {
+  return text.remove(u'&').remove(u':');
+}
+
+void SetUpTable(QTableView* table, const QString& name, const QString& caption,
+                QAbstractItemModel* model) {
+  table->setObjectName(name);
+  table->setAccessibleName(WithoutMnemonic(caption));
+  table->setModel(model);
+  table->setSelectionBehavior(QAbstractItemView::SelectRows);
+  table->setEditTriggers(QAbstractItemView::NoEditTriggers);
+  table->setTabKeyNavigation(false);
+  table->setAlternatingRowColors(true);
+  table->setShowGrid(false);
+  table->setWordWrap(false);
+  table->verticalHeader()->hide();
+  table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 6);
+  table->horizontalHeader()->setHighlightSections(false);
+  table->horizontalHeader()->setStretchLastSection(true);
+  // The newest first until a heading is pressed.
+  table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
+  table->setSortingEnabled(true);
+}
+
+// Widths in characters, the last column has the rest.
+template <typename Widths>
+void SetWidths(QTableView* table, const Widths& widths) {
+  const int character = table->fontMetrics().averageCharWidth();
+  for (std::size_t i = 0; i < widths.size(); ++i)
+    table->setColumnWidth(static_cast<int>(i), widths[i] * character);
+}
+
+}  // namespace
+
+frmArchive::frmArchive(const ArchiveParts& parts, QWidget* parent)
+    : QDialog(parent),
+      parts_(parts),
+      store_(parts.Path),
+      uploadsModel_(parts.Locale),
+      logbookModel_(parts.Locale),
+      treeLoggers_(new QTreeView(this)),
+      tblUploads_(new QTableView(this)),
+      tblLogbook_(new QTableView(this)),
+      txtFilter_(new QLineEdit(this)),
+      chkSince_(new QCheckBox(GetText(Id::Since), this)),
+      dtpSince_(new QDateEdit(this)),
+      chkUntil_(new QCheckBox(GetText(Id::Until), this)),
+      dtpUntil_(new QDateEdit(this)),
+      lblStatus_(new QLabel(this)),
+      cmdOpen_(new QPushButton(GetText(Id::Open), this)),
+      cmdPlot_(new QPushButton(GetText(Id::Plot), this)),
+      cmdExport_(new QPushButton(GetText(Id::Export), this)),
+      cmdRename_(new QPushButton(GetText(Id::Rename), this)),
+      cmdMerge_(new QPushButton(GetText(Id::Merge), this)),
+      cmdSplit_(new QPushButton(GetText(Id::Split), this)),
+      cmdDelete_(new QPushButton(GetText(Id::Delete), this)),
+      cmdRestore_(new QPushButton(GetText(Id::Restore), this)),
+      cmdEmpty_(new QPushButton(GetText(Id::EmptyBin), this)),
+      cmdClose_(new QPushButton(GetText(Id::Close), this)) {
+  setObjectName(u"frmArchive"_s);
+  setWindowTitle(GetText(Id::Caption));
+  setWindowFlag(Qt::WindowMaximizeButtonHint);
+  BuildControls();
+  BuildTables();
+  BuildButtons();
+  BuildLayout();
+  Load();
+  Choose(std::nullopt);
+  Connect();
+  tblUploads_->setFocus();
+}
+
+void frmArchive::BuildControls() {
+  treeLoggers_->setObjectName(u"treeLoggers"_s);
+  treeLoggers_->setAccessibleName(WithoutMnemonic(GetText(Id::Loggers)));
+  treeLoggers_->setModel(&loggersModel_);
+  treeLoggers_->setHeaderHidden(true);
+  treeLoggers_->setRootIsDecorated(false);
+  treeLoggers_->setUniformRowHeights(true);
+  txtFilter_->setObjectName(u"txtFilter"_s);
+  txtFilter_->setAccessibleName(WithoutMnemonic(GetText(Id::Find)));
+  txtFilter_->setToolTip(GetText(Id::FindHint));
+  txtFilter_->setClearButtonEnabled(true);
+  chkSince_->setObjectName(u"chkSince"_s);
+  chkUntil_->setObjectName(u"chkUntil"_s);
+  const QDate today = parts_.Time.Now().date();
+  for (QDateEdit* date : {dtpSince_, dtpUntil_}) {
+    date->setCalendarPopup(true);
+    date->setDate(today);
+    date->setEnabled(false);
+  }
+  dtpSince_->setDate(today.addYears(-1));
+  dtpSince_->setObjectName(u"dtpSince"_s);
+  dtpSince_->setAccessibleName(WithoutMnemonic(chkSince_->text()));
+  dtpUntil_->setObjectName(u"dtpUntil"_s);
+  dtpUntil_->setAccessibleName(WithoutMnemonic(chkUntil_->text()));
+  lblStatus_->setObjectName(u"lblStatus"_s);
+  lblStatus_->setTextFormat(Qt::PlainText);
+}
+
+void frmArchive::BuildTables() {
+  uploadsFilter_.setSourceModel(&uploadsModel_);
+  logbookFilter_.setSourceModel(&logbookModel_);
+  SetUpTable(tblUploads_, u"tblUploads"_s, GetText(Id::Uploads), &uploadsFilter_);
+  SetUpTable(tblLogbook_, u"tblLogbook"_s, GetText(Id::Logbook), &logbookFilter_);
+  SetWidths(tblUploads_, std::array{20, 22, 14, 16, 13, 14});
+  SetWidths(tblLogbook_, std::array{20, 22, 20});
+}
+
+void frmArchive::BuildButtons() {
+  const std::pair<QPushButton*, QString> names[] = {
+      {cmdOpen_, u"cmdOpen"_s},     {cmdPlot_, u"cmdPlot"_s},       {cmdExport_, u"cmdExport"_s},
+      {cmdRename_, u"cmdRename"_s}, {cmdMerge_, u"cmdMerge"_s},     {cmdSplit_, u"cmdSplit"_s},
+      {cmdDelete_, u"cmdDelete"_s}, {cmdRestore_, u"cmdRestore"_s}, {cmdEmpty_, u"cmdEmpty"_s},
+      {cmdClose_, u"cmdClose"_s}};
+  for (const auto& [button, name] : names) {
+    button->setObjectName(name);
+    button->setAutoDefault(false);
+  }
+  cmdPlot_->setVisible(parts_.ShowPlot != nullptr);
+}
+
+QVBoxLayout* frmArchive::TableWithCaption(QTableView* table, const QString& caption) {
+  auto* label = new QLabel(caption, this);
+  label->setBuddy(table);
+  auto* column = new QVBoxLayout;
+  column->setContentsMargins(0, 0, 0, 0);
+  column->addWidget(label);
+  column->addWidget(table, 1);
+  return column;
+}
+
+void frmArchive::BuildLayout() {
+  auto* find = new QLabel(GetText(Id::Find), this);
+  find->setBuddy(txtFilter_);
+  auto* filter = new QHBoxLayout;
+  filter->addWidget(find);
+  filter->addWidget(txtFilter_, 1);
+  for (QWidget* widget : {static_cast<QWidget*>(chkSince_), static_cast<QWidget*>(dtpSince_),
+                          static_cast<QWidget*>(chkUntil_), static_cast<QWidget*>(dtpUntil_)})
+    filter->addWidget(widget);
+
+  auto* left = new QWidget(this);
+  auto* loggers = new QVBoxLayout(left);
+  loggers->setContentsMargins(0, 0, 0, 0);
+  auto* caption = new QLabel(GetText(Id::Loggers), this);
+  caption->setBuddy(treeLoggers_);
+  loggers->addWidget(caption);
+  loggers->addWidget(treeLoggers_, 1);
+
+  auto* tables = new QSplitter(Qt::Vertical, this);
+  for (const auto& [table, text] :
+       {std::pair(tblUploads_, Id::Uploads), std::pair(tblLogbook_, Id::Logbook)}) {
+    auto* half = new QWidget(this);
+    half->setLayout(TableWithCaption(table, GetText(text)));
+    tables->addWidget(half);
+  }
+  tables->setStretchFactor(0, 2);
+  tables->setStretchFactor(1, 1);
+  tables->setChildrenCollapsible(false);
+  auto* sides = new QSplitter(Qt::Horizontal, this);
+  sides->addWidget(left);
+  sides->addWidget(tables);
+  sides->setStretchFactor(0, 1);
+  sides->setStretchFactor(1, 4);
+  sides->setChildrenCollapsible(false);
+
+  auto* buttons = new QHBoxLayout;
+  for (QPushButton* button : {cmdOpen_, cmdPlot_, cmdExport_, cmdRename_, cmdMerge_, cmdSplit_,
+                              cmdDelete_, cmdRestore_, cmdEmpty_})
+    buttons->addWidget(button);
+  buttons->addStretch();
+  buttons->addWidget(cmdClose_);
+
+  auto* rows = new QVBoxLayout(this);
+  rows->addLayout(filter);
+  rows->addWidget(sides, 1);
+  rows->addWidget(lblStatus_);
+  rows->addLayout(buttons);
+
+  const QSize room = screen()->availableSize();
+  const QSize wanted(fontMetrics().averageCharWidth() * kWidthInCharacters,
+                     fontMetrics().height() * kHeightInLines);
+  resize(wanted.expandedTo(minimumSizeHint()).boundedTo(room * 9 / 10));
+
+  QWidget* before = txtFilter_;
+  const QWidgetList order = {chkSince_,   dtpSince_,   chkUntil_, dtpUntil_,  treeLoggers_,
+                             tblUploads_, tblLogbook_, cmdOpen_,  cmdPlot_,   cmdExport_,
+                             cmdRename_,  cmdMerge_,   cmdSplit_, cmdDelete_, cmdRestore_,
+                             cmdEmpty_,   cmdClose_};
+  for (QWidget* next : order) {
+    setTabOrder(before, next);
+    before = next;
+  }
+}
+
+void frmArchive::Connect() {
+  const auto onClick = [this](QPushButton* button, void (frmArchive::*act)()) {
+    connect(button, &QPushButton::clicked, this, [this, act] { (this->*act)(); });
+  };
+  onClick(cmdOpen_, &frmArchive::cmdOpen_Click);
+  onClick(cmdPlot_, &frmArchive::cmdPlot_Click);
+  onClick(cmdExport_, &frmArchive::cmdExport_Click);
+  onClick(cmdRename_, &frmArchive::cmdRename_Click);
+  onClick(cmdMerge_, &frmArchive::cmdMerge_Click);
+  onClick(cmdSplit_, &frmArchive::cmdSplit_Click);
+  onClick(cmdDelete_, &frmArchive::cmdDelete_Click);
+  onClick(cmdRestore_, &frmArchive::cmdRestore_Click);
+  onClick(cmdEmpty_, &frmArchive::cmdEmpty_Click);
+  connect(cmdClose_, &QPushButton::clicked, this, &QDialog::reject);
+  connect(tblUploads_, &QTableView::activated, this, [this] { cmdOpen_Click(); });
+  connect(treeLoggers_->selectionModel(), &QItemSelectionModel::currentChanged, this,
+          [this] { ShowChosen(); });
+  connect(tblUploads_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
+          [this] { UpdateButtons(); });
+  connect(txtFilter_, &QLineEdit::textChanged, this, [this] { ApplyFilter(); });
+  for (QCheckBox* box : {chkSince_, chkUntil_})
+    connect(box, &QCheckBox::toggled, this, [this] { ApplyFilter(); });
+  for (QDateEdit* date : {dtpSince_, dtpUntil_})
+    connect(date, &QDateEdit::dateChanged, this, [this] { ApplyFilter(); });
+}
+
+void frmArchive::ApplyFilter() {
+  dtpSince_->setEnabled(chkSince_->isChecked());
+  dtpUntil_->setEnabled(chkUntil_->isChecked());
+  const QDate since = chkSince_->isChecked() ? dtpSince_->date() : QDate();
+  const QDate until = chkUntil_->isChecked() ? dtpUntil_->date() : QDate();
+  for (ArchiveFilter* filter : {&uploadsFilter_, &logbookFilter_}) {
+    filter->SetText(txtFilter_->text());
+    filter->SetDays(since, until);
+  }
+  ShowStatus();
+  UpdateButtons();
+}
+
+}  // namespace tessmar

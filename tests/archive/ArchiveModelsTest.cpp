@@ -1,0 +1,173 @@
+#include "archive/ArchiveModels.h"
+
+#include <gtest/gtest.h>
+
+#include <QAbstractItemModelTester>
+#include <QLocale>
+
+#include "archive/UploadsRig.h"
+#include "archive/WindowTexts.h"
+#include "base/TextTable.h"
+
+namespace tessmar::test {
+namespace {
+
+using namespace Qt::StringLiterals;
+using Tester = QAbstractItemModelTester;
+
+class ArchiveModels : public testing::Test {
+ protected:
+  ArchiveModels() {
+    qputenv("TZ", "UTC");
+    SetTextLanguage(kLanguageEnglish);
+  }
+  void TearDown() override { SetTextLanguage(kLanguageEnglish); }
+
+  std::vector<UploadRow> Uploads() const {
+    return {{.Id = 3,
+             .LoggerId = 1,
+             .Started = Hour(12),
+             .State = UploadState::Complete,
+             .Records = 900,
+             .ClockOffsetS = 12},
+            {.Id = 2,
+             .LoggerId = 2,
+             .Kind = UploadKind::Image,
+             .Started = Hour(11),
+             .State = UploadState::Interrupted,
+             .Records = 1000,
+             .Source = u"pond.bin"_s},
+            {.Id = 1,
+             .LoggerId = 1,
+             .Kind = UploadKind::Live,
+             .Started = Hour(10),
+             .State = UploadState::Running,
+             .Records = 20,
+             .ClockOffsetS = -200}};
+  }
+  LoggerNames Names() const { return {{1, u"Well 7"_s}, {2, QString()}}; }
+
+  static QStringList Row(const QAbstractItemModel& model, int row) {
+    QStringList texts;
+    for (int column = 0; column < model.columnCount(); ++column)
+      texts.append(model.index(row, column).data().toString());
+    return texts;
+  }
+  static QStringList Column(const QAbstractItemModel& model, int column) {
+    QStringList texts;
+    for (int row = 0; row < model.rowCount(); ++row)
+      texts.append(model.index(row, column).data().toString());
+    return texts;
+  }
+
+  SystemLocale locale_{QLocale(QLocale::English, QLocale::UnitedStates)};
+};
+
+TEST_F(ArchiveModels, LoggersStandBetweenAllAndTheBin) {
+  LoggersModel model;
+  const Tester tester(&model, Tester::FailureReportingMode::Fatal);
+  EXPECT_EQ(Column(model, 0), QStringList{u"All loggers"_s});
+  model.Set({{.Id = 4, .Name = u"Well 7"_s}, {.Id = 5}}, 0);
+  EXPECT_EQ(Column(model, 0), (QStringList{u"All loggers"_s, u"Well 7"_s, u"(without a name)"_s}));
+  model.Set({{.Id = 4, .Name = u"Well 7"_s}}, 3);
+  EXPECT_EQ(Column(model, 0), (QStringList{u"All loggers"_s, u"Well 7"_s, u"Bin (3)"_s}));
+  EXPECT_EQ(model.KindOf(2), LoggersModel::Kind::Bin);
+  EXPECT_EQ(model.Logger(1).Id, 4);
+  EXPECT_EQ(model.RowOf(4), 1);
+  EXPECT_EQ(model.RowOf(9), std::nullopt);
+  EXPECT_THROW(model.Logger(2), RangeFault);
+}
+
+TEST_F(ArchiveModels, UploadsAreTold) {
+  UploadsModel model(locale_);
+  const Tester tester(&model, Tester::FailureReportingMode::Fatal);
+  model.Set(Uploads(), Names());
+  EXPECT_EQ(Row(model, 0), (QStringList{u"3/3/2026 12:00:00 PM"_s, u"Well 7"_s, u"history"_s,
+                                        u"complete"_s, u"900"_s, u"12 s fast"_s, u""_s}));
+  EXPECT_EQ(Row(model, 1),
+            (QStringList{u"3/3/2026 11:00:00 AM"_s, u"(without a name)"_s, u"image file"_s,
+                         u"interrupted"_s, u"1000"_s, u""_s, u"pond.bin"_s}));
+  EXPECT_EQ(model.headerData(4, Qt::Horizontal, Qt::DisplayRole).toString(), u"Records"_s);
+  SetTextLanguage(kLanguageGerman);
+  EXPECT_EQ(Row(model, 2).mid(2, 4),
+            (QStringList{u"live"_s, u"läuft"_s, u"20"_s, u"3 min nach"_s}));
+  model.Set({}, {});
+  EXPECT_EQ(model.rowCount(), 0);
+}
+
+TEST_F(ArchiveModels, TheLogbookIsTold) {
+  LogbookModel model(locale_);
+  const Tester tester(&model, Tester::FailureReportingMode::Fatal);
+  model.Set({{.Id = 1,
+              .LoggerId = 1,
+              .At = Hour(9),
+              .Entry = {.Kind = EventKind::Synced, .Text = u"12 s fast"_s}}},
+            Names());
+  EXPECT_EQ(Row(model, 0),
+            (QStringList{u"3/3/2026 9:00:00 AM"_s, u"Well 7"_s, u"clock set"_s, u"12 s fast"_s}));
+  EXPECT_EQ(model.headerData(2, Qt::Horizontal, Qt::DisplayRole).toString(), u"Event"_s);
+}
+
+TEST_F(ArchiveModels, EveryKindHasItsNameInBothLanguages) {
+  for (const auto language : {kLanguageEnglish, kLanguageGerman}) {
+    SetTextLanguage(language);
+    QStringList names;
+    for (int kind = 0; kind <= static_cast<int>(EventKind::Split); ++kind)
+      names.append(ShownName(static_cast<EventKind>(kind)));
+    for (int state = 0; state <= static_cast<int>(UploadState::Interrupted); ++state)
+      names.append(ShownName(static_cast<UploadState>(state)));
+    EXPECT_EQ(names.removeDuplicates(), 0);
+    EXPECT_FALSE(names.contains(QString()));
+  }
+}
+
+TEST_F(ArchiveModels, ClocksAreToldInWhatIsReadable) {
+  EXPECT_EQ(ShownClockOffset(std::nullopt), u""_s);
+  EXPECT_EQ(ShownClockOffset(0), u"right"_s);
+  EXPECT_EQ(ShownClockOffset(119), u"119 s fast"_s);
+  EXPECT_EQ(ShownClockOffset(-120), u"2 min slow"_s);
+  EXPECT_EQ(ShownClockOffset(7200), u"2 h fast"_s);
+  EXPECT_EQ(ShownClockOffset(-172800), u"2 days slow"_s);
+}
+
+TEST_F(ArchiveModels, SortByWhatTheCellsMean) {
+  UploadsModel model(locale_);
+  model.Set(Uploads(), Names());
+  ArchiveFilter filter;
+  const Tester tester(&filter, Tester::FailureReportingMode::Fatal);
+  filter.setSourceModel(&model);
+  filter.sort(UploadsModel::Records);
+  EXPECT_EQ(Column(filter, UploadsModel::Records), (QStringList{u"20"_s, u"900"_s, u"1000"_s}));
+  filter.sort(UploadsModel::Started);
+  EXPECT_EQ(Column(filter, UploadsModel::Records), (QStringList{u"20"_s, u"1000"_s, u"900"_s}));
+  filter.sort(UploadsModel::Clock, Qt::DescendingOrder);
+  EXPECT_EQ(Column(filter, UploadsModel::Clock).first(), u"12 s fast"_s);
+  filter.sort(-1);
+  EXPECT_EQ(Column(filter, UploadsModel::Records), (QStringList{u"900"_s, u"1000"_s, u"20"_s}));
+}
+
+TEST_F(ArchiveModels, FilterByWordsAndDays) {
+  UploadsModel model(locale_);
+  std::vector<UploadRow> uploads = Uploads();
+  uploads[2].Started = uploads[2].Started.addDays(-2);
+  model.Set(uploads, Names());
+  ArchiveFilter filter;
+  const Tester tester(&filter, Tester::FailureReportingMode::Fatal);
+  filter.setSourceModel(&model);
+  filter.SetText(u"WELL complete"_s);
+  EXPECT_EQ(Column(filter, UploadsModel::Records), QStringList{u"900"_s});
+  filter.SetText(u"pond"_s);
+  EXPECT_EQ(Column(filter, UploadsModel::Records), QStringList{u"1000"_s});
+  filter.SetText(u"nowhere"_s);
+  EXPECT_EQ(filter.rowCount(), 0);
+  filter.SetText({});
+  filter.SetDays(QDate(2026, 3, 3), {});
+  EXPECT_EQ(filter.rowCount(), 2);
+  filter.SetDays({}, QDate(2026, 3, 2));
+  EXPECT_EQ(Column(filter, UploadsModel::Records), QStringList{u"20"_s});
+  filter.SetDays(QDate(2026, 3, 1), QDate(2026, 3, 3));
+  EXPECT_EQ(filter.rowCount(), 3);
+}
+
+}  // namespace
+}  // namespace tessmar::test
