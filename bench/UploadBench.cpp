@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <stdexcept>
 
+#include "archive/JournalTimer.h"
 #include "base/QtMessageLoop.h"
 #include "bench/CountingPort.h"
 #include "bench/Figures.h"
@@ -45,8 +46,15 @@ struct Outcome {
 /// The program's own parts of an upload, from the port to the buffer.
 class Uploader {
  public:
-  explicit Uploader(const QString& device)
+  /// @param archive  the file of the archive; empty for none.
+  explicit Uploader(const QString& device, const QString& archive = {})
       : port_(PortMap(u"COM9="_s + device)), counted_(port_), comm_(counted_, loop_, link_) {
+    journal_.emplace(archive, JournalContext{.Link = link_,
+                                             .Settings = settings_,
+                                             .Time = clock_,
+                                             .Source = [] { return u"COM9"_s; },
+                                             .Program = u"bench"_s});
+    journalTimer_.emplace(*journal_);
     link_.TrapErrors = true;
     link_.LinkTimeoutTicks = 10;
     ticks_.setTimerType(Qt::PreciseTimer);
@@ -69,9 +77,9 @@ class Uploader {
     int blocks = 0;
     QElapsedTimer timer;
     timer.start();
-    const UploadEnd end =
-        PullHistory(upload, commands_, comm_, link_,
-                    {.Running = [] { return true; }, .Changed = [&blocks] { ++blocks; }}, sink_);
+    const UploadEnd end = PullHistory(
+        upload, commands_, comm_, link_,
+        {.Running = [] { return true; }, .Changed = [&blocks] { ++blocks; }}, *journal_);
     const auto seconds = static_cast<double>(timer.nsecsElapsed()) * 1e-9;
     if (end != UploadEnd::Complete || upload.TotalFailures() != 0)
       throw std::runtime_error("the upload did not go through in one go");
@@ -81,7 +89,7 @@ class Uploader {
  private:
   LinkState link_;
   HistoryBuffer buffer_;
-  NoBlockSink sink_;
+  LoggerSettings settings_;
   QtMessageLoop loop_;
   QtSerialPort port_;
   CountingPort counted_;
@@ -89,6 +97,8 @@ class Uploader {
   SystemClock clock_;
   SystemLocale locale_{QLocale(QLocale::English, QLocale::UnitedStates)};
   LoggerCommands commands_{comm_, link_, clock_, locale_};
+  std::optional<Journal> journal_;
+  std::optional<JournalTimer> journalTimer_;
   QTimer ticks_;
 };
 
@@ -106,6 +116,34 @@ struct Line {
   int Baud;  ///< 0 for a line that nothing throttles.
   int Records;
 };
+
+/// With and without the archive in turns. Each upload has a file of its own, and the records of the
+/// one before are no part of what is measured.
+void MeasureArchive(const Line& line) {
+  const QTemporaryDir folder;
+  const QString device = folder.filePath(u"logger"_s);
+  QStringList options{u"--records"_s, QString::number(line.Records)};
+  if (line.Baud != 0) options += {u"--baud"_s, QString::number(line.Baud)};
+  const test::LoggerProcess logger(device, options);
+  std::vector<double> with;
+  std::vector<double> without;
+  const auto measure = [&line](const Outcome& outcome) {
+    return line.Baud == 0 ? outcome.BlocksASecond() : outcome.ShareOf(line.Baud);
+  };
+  for (int round = 0; round < kRounds; ++round) {
+    const QString archive = folder.filePath(u"archive%1.sqlite"_s.arg(round));
+    with.push_back(measure(Uploader(device, archive).Upload()));
+    without.push_back(measure(Uploader(device).Upload()));
+  }
+  if (line.Baud != 0) {
+    const QString what = u"upload at %1 baud, archive on, share of the wire"_s.arg(line.Baud);
+    Print({what, Median(with), u"%"_s, Budget::AtLeast, 97});
+    return;
+  }
+  Print({u"upload, unthrottled, archive on"_s, Median(with), u"blocks/s"_s, Budget::AtLeast, 4000});
+  Print({u"  share of the speed without it"_s, Median(with) / Median(without), u""_s,
+         Budget::AtLeast, 0.9});
+}
 
 struct Medians {
   double Program = 0;
@@ -167,6 +205,8 @@ int main(int argc, char** argv) {
          {tessmar::bench::Line{9600, 85}, {38400, 325}, {115200, 965}})
       tessmar::bench::MeasureThrottled(line);
     tessmar::bench::MeasureUnthrottled({0, 80005});
+    tessmar::bench::MeasureArchive({115200, 965});
+    tessmar::bench::MeasureArchive({0, 190005});
   } catch (const std::exception& problem) {
     std::fprintf(stderr, "bench_upload: %s\n", problem.what());
     return 1;

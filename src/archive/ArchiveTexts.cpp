@@ -47,7 +47,7 @@ QString NotKeptText(std::int32_t notKept, std::int32_t records, ArchiveTrouble t
                     const QString& path) {
   const QString head =
       InLanguage(u"%1 of the %2 records of this upload are not in the archive. %3"_s,
-                 u"%1 von %2 Datensätzen dieser Übertragung sind nicht im Archiv. %3"_s);
+                 u"%1 von %2 Datensätzen dieses Abrufs sind nicht im Archiv. %3"_s);
   const QString tail = InLanguage(
       u"They are kept in memory and written as soon as that is possible, while the program runs."
       " Save what matters to a file."_s,

@@ -71,6 +71,10 @@ class Journal final : public BlockSink, public Logbook {
   /// Writes everything that can be written, the records too. @return true when nothing is left.
   bool WriteAll();
 
+  /// True when nothing is left to do: all is in the file, and what another process has left running
+  /// has been looked after.
+  bool IsIdle() const { return lookedForLeft_ && queue_.Uploads.empty() && queue_.Events.empty(); }
+
   JournalUpload LastUpload() const;
 
   /// How many of the connected logger's records are not in the archive: those beyond its longest

@@ -60,7 +60,7 @@ TEST_F(JournalTrouble, TheReportIsGermanToo) {
   SetTextLanguage(kLanguageGerman);
   Upload({24});
   EXPECT_EQ(FirstLine(),
-            u"24 von 24 Datensätzen dieser Übertragung sind nicht im Archiv. An seiner Stelle steht"
+            u"24 von 24 Datensätzen dieses Abrufs sind nicht im Archiv. An seiner Stelle steht"
             " keine gewöhnliche Datei."_s);
 }
 
