@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
+#include <limits>
 #include <string_view>
 
 #include "base/Fault.h"
@@ -18,7 +20,7 @@ using namespace Qt::StringLiterals;
 using Kind = HistoryColumn::Kind;
 
 constexpr int kRelayChannel = 1;
-constexpr std::string_view kNoValue = "---";
+constexpr double kNoValue = std::numeric_limits<double>::quiet_NaN();
 constexpr std::int32_t kProgressStep = 4096;
 
 int Write(char* out, std::string_view text) {
@@ -134,25 +136,39 @@ QString HistoryTable::CellText(std::int32_t row, int column) const {
 
 int HistoryTable::WriteCell(char* out, const LiveSample& record, int column) const {
   const HistoryColumn& content = Column(column);
-  const auto channel = static_cast<std::size_t>(content.Channel);
-  switch (content.Content) {
-    case Kind::DateTime:
-      throw RangeFault("the time stamp is not a data cell");
-    case Kind::Analog:
-      if (!content.OwnReading) return WriteDerived(out, record, content);
-      return FormatValueTo(out, ScaleRaw(settings_.Analog[channel], record.Value[channel]),
-                           content.Decimals);
-    case Kind::Relay:
-      return WriteRelay(out, record, content.Channel);
-    case Kind::Pulse:
-      break;
-  }
-  const std::int32_t word = record.Value[static_cast<std::size_t>(content.Word)];
-  return FormatValueTo(out, word * settings_.Pulse[channel].PulseUnit, content.Decimals);
+  if (content.Content == Kind::Relay) return WriteRelay(out, record, content.Channel);
+  return FormatValueTo(out, CellValue(record, column), content.Decimals);
 }
 
-int HistoryTable::WriteDerived(char* out, const LiveSample& record,
-                               const HistoryColumn& column) const {
+double HistoryTable::CellValue(const LiveSample& record, int column) const {
+  const HistoryColumn& content = Column(column);
+  const auto channel = static_cast<std::size_t>(content.Channel);
+  double value = kNoValue;
+  switch (content.Content) {
+    case Kind::DateTime:
+    case Kind::Relay:
+      throw RangeFault("not a column of numbers");
+    case Kind::Analog:
+      value = content.OwnReading ? ScaleRaw(settings_.Analog[channel], record.Value[channel])
+                                 : DerivedValue(record, content);
+      break;
+    case Kind::Pulse:
+      value =
+          record.Value[static_cast<std::size_t>(content.Word)] * settings_.Pulse[channel].PulseUnit;
+      break;
+  }
+  return std::isfinite(value) ? value : kNoValue;
+}
+
+std::int32_t HistoryTable::RowOf(std::int32_t record) const {
+  if (record < 0 || record >= buffer_.Count()) return -1;
+  if (!packed_) return record;
+  const auto above =
+      std::upper_bound(packedRows_.begin(), packedRows_.end(), static_cast<std::uint32_t>(record));
+  return static_cast<std::int32_t>(above - packedRows_.begin()) - 1;
+}
+
+double HistoryTable::DerivedValue(const LiveSample& record, const HistoryColumn& column) const {
   // What counts as available here is Enable alone: a channel that is enabled but that the logger
   // does not have reads 0.
   std::array<ChannelReading, kAnalogChannels> readings;
@@ -162,11 +178,10 @@ int HistoryTable::WriteDerived(char* out, const LiveSample& record,
   }
   try {
     const ChannelReading shown = ShownReading(settings_.Do, column.Channel, readings);
-    return shown.Available ? FormatValueTo(out, shown.Value, column.Decimals)
-                           : Write(out, kNoValue);
+    return shown.Available ? shown.Value : kNoValue;
   } catch (const Fault&) {
     // A cell is made while the table is painted, where a fault has nowhere to go.
-    return Write(out, kNoValue);
+    return kNoValue;
   }
 }
 

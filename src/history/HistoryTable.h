@@ -66,13 +66,24 @@ class HistoryTable {
   /// @return the number of characters written.
   int WriteCell(char* out, const LiveSample& record, int column) const;
 
+  /// The number that the text of an analog or pulse cell is made from, not yet rounded to the
+  /// column's decimals; not a number where the cell shows "---". Throws RangeFault for a column of
+  /// another kind.
+  double CellValue(const LiveSample& record, int column) const;
+
+  /// All records, those that packing left out too.
+  const HistoryBuffer& Records() const { return buffer_; }
+  /// The row that shows a record of Records(): its own, or, where packing left that out, the one
+  /// above it. -1 for a record that is not there, or that stands above the first row.
+  std::int32_t RowOf(std::int32_t record) const;
+
   const SystemLocale& Locale() const { return locale_; }
 
  private:
   void AddColumns(bool showRelays);
   void AddChannel(HistoryColumn::Kind kind, int channel, int entry, int word, int widthTwips,
                   bool ownReading);
-  int WriteDerived(char* out, const LiveSample& record, const HistoryColumn& column) const;
+  double DerivedValue(const LiveSample& record, const HistoryColumn& column) const;
   int WriteRelay(char* out, const LiveSample& record, int relay) const;
   double ChannelValue(const LiveSample& record, int channel) const;
   bool SameSources(const HistoryColumn& column, const LiveSample& a, const LiveSample& b) const;
