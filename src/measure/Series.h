@@ -44,6 +44,9 @@ struct SeriesSet {
   /// empty where it is nowhere known.
   std::vector<double> Corrected;
   std::vector<LoggingStretch> Stretches;  ///< Rising; the first begins at record 0.
+  /// Records, rising, before which others may be missing, such as between two uploads that have no
+  /// record in common: no line leads to them.
+  std::vector<std::size_t> Seams;
   std::vector<Series> Channels;
   std::vector<SeriesMark> Marks;
 };

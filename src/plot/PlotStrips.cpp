@@ -1,0 +1,367 @@
+#include "plot/PlotStrips.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include "measure/Scaling.h"
+#include "plot/MarkLines.h"
+#include "plot/PlotTexts.h"
+#include "plot/SeriesGraph.h"
+#include "plot/TimeTicks.h"
+
+namespace tessmar {
+namespace {
+
+using namespace Qt::StringLiterals;
+
+constexpr double kScaleRoom = 0.06;  // Above and below what is in view.
+constexpr int kLeastStripHeight = 24;
+constexpr int kValueTickDistance = 34;  // Pixels.
+
+QColor Colour(Rgb rgb) {
+  return {rgb.Red, rgb.Green, rgb.Blue};
+}
+
+/// Round times, as many as have room.
+class TimeTicker final : public QCPAxisTicker {
+ public:
+  explicit TimeTicker(const SystemLocale& locale) : locale_(locale) {}
+
+  void SetMost(int most) { most_ = most; }
+
+  void generate(const QCPRange& range, const QLocale& /*locale*/, QChar /*format*/,
+                int /*precision*/, QVector<double>& ticks, QVector<double>* subTicks,
+                QVector<QString>* labels) override {
+    ticks.clear();
+    if (subTicks != nullptr) subTicks->clear();
+    if (labels != nullptr) labels->clear();
+    for (const TimeTick& tick : TimeTicks({range.lower, range.upper}, most_, locale_)) {
+      ticks.append(tick.Time);
+      if (labels != nullptr) labels->append(tick.Label);
+    }
+  }
+
+ private:
+  const SystemLocale& locale_;
+  int most_ = 8;
+};
+
+}  // namespace
+
+PlotStrips::PlotStrips(const PlotData& plotData, const SystemLocale& locale, QWidget* parent)
+    : QCustomPlot(parent),
+      data_(plotData),
+      locale_(locale),
+      theme_(&LightPlotTheme()),
+      shown_(static_cast<std::size_t>(plotData.ChannelCount()), true),
+      timeTicker_(new TimeTicker(locale)),
+      margins_(new QCPMarginGroup(this)) {
+  // Numbers have a point everywhere in the program.
+  setLocale(QLocale::c());
+  setAutoAddPlottableToLegend(false);
+  setNoAntialiasingOnDrag(false);
+  plotLayout()->clear();
+  addLayer(u"lines"_s, layer(u"main"_s), limAbove);
+  addLayer(u"cursor"_s, layer(u"overlay"_s), limBelow);
+  layer(u"cursor"_s)->setMode(QCPLayer::lmBuffered);
+  stepsBack_ = new UprightLines(this, u"lines"_s, UprightLines::Form::Back);
+  marks_ = new UprightLines(this, u"lines"_s, UprightLines::Form::Dashed);
+  cursor_ = new UprightLines(this, u"cursor"_s, UprightLines::Form::Plain);
+  view_ = {0, 1};
+  BuildStrips();
+}
+
+PlotStrips::~PlotStrips() {
+  delete cursor_;
+  delete marks_;
+  delete stepsBack_;
+}
+
+void PlotStrips::SetShown(const std::vector<bool>& shown) {
+  shown_ = shown;
+  shown_.resize(static_cast<std::size_t>(data_.ChannelCount()), true);
+  BuildStrips();
+}
+
+std::vector<int> PlotStrips::ShownChannels() const {
+  std::vector<int> channels;
+  for (int channel = 0; channel < data_.ChannelCount(); ++channel)
+    if (shown_[static_cast<std::size_t>(channel)]) channels.push_back(channel);
+  return channels;
+}
+
+void PlotStrips::SetTheme(const PlotTheme& theme) {
+  theme_ = &theme;
+  DressAll();
+}
+
+QColor PlotStrips::ColourOf(int channel) const {
+  return Colour(theme_->Channels[static_cast<std::size_t>(channel % kPlotColours)]);
+}
+
+void PlotStrips::SetHeadLine(const QString& text) {
+  headLine_ = text;
+  BuildStrips();
+}
+
+void PlotStrips::ClearStrips() {
+  clearPlottables();
+  strips_.clear();
+  plotLayout()->clear();
+}
+
+void PlotStrips::BuildStrips() {
+  ClearStrips();
+  QStringList units;
+  for (const int channel : ShownChannels()) {
+    const QString unit = data_.Channel(channel).Unit;
+    if (!units.contains(unit)) units.append(unit);
+  }
+  plotLayout()->setRowSpacing(0);
+  AddHeadLine();
+  for (const QString& unit : units) AddStrip(unit, plotLayout()->rowCount());
+  DressAll();
+  SetView(view_);
+}
+
+void PlotStrips::AddHeadLine() {
+  if (headLine_.isEmpty()) return;
+  auto* head = new QCPTextElement(this, headLine_, font());
+  head->setTextColor(Colour(theme_->Text));
+  head->setTextFlags(Qt::AlignLeft | Qt::AlignVCenter);
+  head->setMargins({6, 4, 6, 4});
+  plotLayout()->addElement(0, 0, head);
+}
+
+void PlotStrips::AddStrip(const QString& unit, int row) {
+  Strip strip{.Unit = unit, .Graphs = {}};
+  strip.Legend = new QCPLegend;
+  plotLayout()->addElement(row, 0, strip.Legend);
+  plotLayout()->setRowStretchFactor(row, 0.001);
+  strip.Legend->setLayer(u"legend"_s);
+  strip.Legend->setFillOrder(QCPLegend::foColumnsFirst);
+  strip.Legend->setBorderPen(Qt::NoPen);
+  strip.Legend->setMargins({6, 2, 6, 0});
+  strip.Legend->setSelectableParts(QCPLegend::spNone);
+
+  strip.Rect = new QCPAxisRect(this, true);
+  strip.Rect->setMinimumSize(50, kLeastStripHeight);
+  strip.Rect->setupFullAxesBox(false);
+  strip.Rect->setMarginGroup(QCP::msLeft | QCP::msRight, margins_);
+  plotLayout()->addElement(row + 1, 0, strip.Rect);
+  for (const int channel : ShownChannels())
+    if (data_.Channel(channel).Unit == unit) AddGraph(strip, channel);
+  strips_.push_back(strip);
+}
+
+void PlotStrips::AddGraph(Strip& strip, int channel) {
+  auto* graph = new SeriesGraph(
+      strip.Rect->axis(QCPAxis::atBottom), strip.Rect->axis(QCPAxis::atLeft), data_, channel,
+      [this](const ColumnView& view) -> const std::vector<ColumnCell>& { return Cells(view); });
+  graph->addToLegend(strip.Legend);
+  strip.Graphs.push_back(graph);
+}
+
+// All share the left and the right edge, and only the lowest names the times.
+void PlotStrips::DressAll() {
+  setBackground(QBrush(Colour(theme_->Ground)));
+  const QColor mark = Colour(theme_->Mark);
+  marks_->SetColour(mark);
+  stepsBack_->SetColour(mark);
+  cursor_->SetColour(Colour(theme_->Text));
+  for (const Strip& strip : strips_) DressStrip(strip, &strip == &strips_.back());
+  NameGraphs();
+}
+
+void PlotStrips::DressStrip(const Strip& strip, bool last) {
+  const QColor text = Colour(theme_->Text);
+  const QPen grid(Colour(theme_->Grid), 1);
+  const QPen line(Colour(theme_->Mark), 1);
+  for (QCPAxis* axis : strip.Rect->axes()) {
+    axis->setBasePen(line);
+    axis->setTickPen(line);
+    axis->setSubTickPen(line);
+    axis->setTickLabelColor(text);
+    axis->setLabelColor(text);
+    axis->setTickLabelFont(font());
+    axis->setLabelFont(font());
+    axis->grid()->setPen(grid);
+    axis->grid()->setZeroLinePen(grid);
+    axis->setSubTicks(false);
+    axis->setSelectableParts(QCPAxis::spNone);
+    const bool far = axis->axisType() == QCPAxis::atTop || axis->axisType() == QCPAxis::atRight;
+    if (far) axis->setTicks(false);
+  }
+  QCPAxis* time = strip.Rect->axis(QCPAxis::atBottom);
+  time->setTicker(timeTicker_);
+  time->setTickLabels(last);
+  const bool corrected = data_.ShowsCorrectedTimes();
+  time->setLabel(
+      last ? PlotText(corrected ? PlotTextId::CorrectedTimeAxis : PlotTextId::LoggerTimeAxis)
+           : QString());
+  QCPAxis* value = strip.Rect->axis(QCPAxis::atLeft);
+  value->setLabel(strip.Unit.trimmed());
+  strip.Legend->setFont(font());
+  strip.Legend->setTextColor(text);
+  strip.Legend->setBrush(Qt::NoBrush);
+  strip.Legend->setIconSize(16, 10);
+  for (SeriesGraph* graph : strip.Graphs) graph->setPen(QPen(ColourOf(graph->Channel())));
+}
+
+void PlotStrips::SetView(TimeRange view) {
+  view_ = view;
+  for (const Strip& strip : strips_)
+    for (QCPAxis* axis : {strip.Rect->axis(QCPAxis::atBottom), strip.Rect->axis(QCPAxis::atTop)})
+      axis->setRange(view.Begin, view.End);
+  // As many labels as fit beside each other.
+  const int label = fontMetrics().horizontalAdvance(u"00:00:00 00"_s);
+  static_cast<TimeTicker&>(*timeTicker_).SetMost(std::max(2, StripsArea().width() / label));
+  FitScales();
+  PlaceMarks();
+  NameGraphs();
+  replot(rpQueuedReplot);
+}
+
+void PlotStrips::FitScales() {
+  for (const Strip& strip : strips_) {
+    QCPAxis* const axis = strip.Rect->axis(QCPAxis::atLeft);
+    const auto kept = fixedScales_.find(strip.Unit);
+    std::optional<QCPRange> scale;
+    if (fixed_ && kept != fixedScales_.end()) scale = kept->second;
+    if (!scale) scale = FittedScale(strip);
+    if (scale) axis->setRange(*scale);
+    if (fixed_) fixedScales_[strip.Unit] = axis->range();
+    axis->ticker()->setTickCount(std::clamp(strip.Rect->height() / kValueTickDistance, 2, 8));
+  }
+}
+
+// Where no record is in view, what the lines that cross it come from and lead to.
+Extent PlotStrips::ExtentInView(int channel) const {
+  Extent extent = data_.ExtentIn(channel, view_);
+  if (extent.Any() || data_.CountIn(view_) > 0) return extent;
+  for (const Strand& strand : StrandsIn(data_, channel, view_))
+    extent.Add(data_.ExtentOf(channel, strand.First, strand.End));
+  return extent;
+}
+
+std::optional<QCPRange> PlotStrips::FittedScale(const Strip& strip) const {
+  Extent extent;
+  for (const SeriesGraph* graph : strip.Graphs) {
+    const Extent one = ExtentInView(graph->Channel());
+    extent.Add(one);
+    if (one.Any() && data_.Channel(graph->Channel()).IsPulse()) extent.Add(0);
+  }
+  if (!extent.Any()) return std::nullopt;
+  double room = (extent.Greatest - extent.Least) * kScaleRoom;
+  if (!(room > 0)) room = std::max(std::abs(extent.Greatest) * kScaleRoom, 0.5);
+  return QCPRange(extent.Least - room, extent.Greatest + room);
+}
+
+void PlotStrips::SetFixedScale(bool fixed) {
+  fixed_ = fixed;
+  fixedScales_.clear();
+  for (const Strip& strip : strips_)
+    if (fixed) fixedScales_[strip.Unit] = strip.Rect->axis(QCPAxis::atLeft)->range();
+  SetView(view_);
+}
+
+QCPRange PlotStrips::ScaleOf(const QString& unit) const {
+  for (const Strip& strip : strips_)
+    if (strip.Unit == unit) return strip.Rect->axis(QCPAxis::atLeft)->range();
+  return {};
+}
+
+void PlotStrips::SetScaleOf(const QString& unit, const QCPRange& scale) {
+  fixedScales_[unit] = scale;
+  SetView(view_);
+}
+
+QStringList PlotStrips::Units() const {
+  QStringList units;
+  for (const Strip& strip : strips_) units.append(strip.Unit);
+  return units;
+}
+
+void PlotStrips::NameGraphs() {
+  for (const Strip& strip : strips_) {
+    for (SeriesGraph* graph : strip.Graphs) {
+      const Series& series = data_.Channel(graph->Channel());
+      QString name = ChannelName(series);
+      if (series.IsPulse()) {
+        const Extent extent = data_.ExtentIn(graph->Channel(), view_);
+        const QString sum = extent.Any() ? FormatValue(extent.Sum, series.Decimals) : u"---"_s;
+        name += u" – "_s + PlotText(PlotTextId::Sum) + u' ' + sum;
+      } else if (data_.JoinsAnyDistance()) {
+        name += u" – "_s + PlotText(PlotTextId::Joined);
+      }
+      graph->setName(name);
+    }
+  }
+}
+
+void PlotStrips::PlaceMarks() {
+  std::vector<double> marks;
+  for (const SeriesMark& mark : data_.Set().Marks)
+    marks.push_back(data_.ShowsCorrectedTimes() ? mark.Corrected : mark.Time);
+  marks_->SetTimes(std::move(marks));
+  std::vector<double> steps;
+  for (const std::size_t record : data_.StepsBack()) steps.push_back(data_.Times()[record]);
+  stepsBack_->SetTimes(std::move(steps));
+}
+
+int PlotStrips::MarksInView() const {
+  return static_cast<int>(
+      std::count_if(marks_->Times().begin(), marks_->Times().end(),
+                    [this](double time) { return time >= view_.Begin && time <= view_.End; }));
+}
+
+int PlotStrips::StepsBackInView() const {
+  return static_cast<int>(
+      std::count_if(stepsBack_->Times().begin(), stepsBack_->Times().end(),
+                    [this](double time) { return time >= view_.Begin && time <= view_.End; }));
+}
+
+void PlotStrips::DataChanged() {
+  cellsView_ = {};
+  DressAll();
+  SetView(view_);
+}
+
+void PlotStrips::ChannelsChanged() {
+  cellsView_ = {};
+  fixedScales_.clear();
+  SetShown(std::vector<bool>(static_cast<std::size_t>(data_.ChannelCount()), true));
+}
+
+const std::vector<ColumnCell>& PlotStrips::Cells(const ColumnView& view) {
+  if (!(view == cellsView_)) {
+    cells_ = CellsOf(data_, view);
+    cellsView_ = view;
+  }
+  return cells_;
+}
+
+void PlotStrips::changeEvent(QEvent* event) {
+  QCustomPlot::changeEvent(event);
+  if (event->type() == QEvent::FontChange) DressAll();
+}
+
+QRect PlotStrips::StripsArea() const {
+  QRect area;
+  for (const Strip& strip : strips_) area |= strip.Rect->rect();
+  return area;
+}
+
+QString PlotStrips::UnitAt(double y) const {
+  QString unit;
+  double nearest = 1e9;
+  for (const Strip& strip : strips_) {
+    const double distance = std::max({strip.Rect->top() - y, y - strip.Rect->bottom(), 0.0});
+    if (distance >= nearest) continue;
+    nearest = distance;
+    unit = strip.Unit;
+  }
+  return unit;
+}
+
+}  // namespace tessmar
