@@ -32,7 +32,8 @@ BOOKS = {
     "TessmarLoggerII": {
         "title": {"en": "Tessmar Logger", "de": "Tessmar Logger"},
         "pages": [
-            "first-connection", "ports", "live", "history", "archive", "setup", "calibration", *OXYGEN_PAGES,
+            "first-connection", "ports", "live", "history", "plot", "archive", "setup", "calibration",
+            *OXYGEN_PAGES,
             "modem", "image-files", "start-and-settings", "troubleshooting",
         ],
     },

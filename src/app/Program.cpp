@@ -17,11 +17,13 @@
 #include "base/Localize.h"
 #include "base/TextTable.h"
 #include "history/GetHistoryData.h"
+#include "history/TableSeries.h"
 #include "history/frmGetHistoryData.h"
 #include "history/frmHistory.h"
 #include "history/frmImportSetup.h"
 #include "link/enumerate.h"
 #include "link/frmConnect.h"
+#include "plot/frmTrend.h"
 #include "setup/frmSetup.h"
 #include "ui/ActiveWindow.h"
 #include "ui/Pictures.h"
@@ -98,6 +100,9 @@ Program::Program(ProgramEnvironment environment, const SystemLocale& locale)
   QObject::connect(&window_, &frmMain::FirstPainted, &window_,
                    [this] { Perform(MainCommand::ToggleConnection); });
   QObject::connect(&window_, &frmMain::Painted, &window_, [this] { display_.RedrawMeters(); });
+  display_.SamplePushed = [this] {
+    if (!trendWindow_.isNull()) trendWindow_->TakeSample();
+  };
   QObject::connect(&window_, &frmMain::Closed, &window_, [this] { Shutdown(); });
   for (QTimer* timer : {&timer1_, &timer2_}) {
     timer->setInterval(kTickMs);
@@ -109,6 +114,8 @@ Program::Program(ProgramEnvironment environment, const SystemLocale& locale)
 }
 
 Program::~Program() {
+  // It looks at what goes before the main window does.
+  delete trendWindow_;
   // By now the window is gone, and nobody waits for the last records.
   pollLoop_.StopKeeping();
   archive_.Finish();
@@ -264,6 +271,8 @@ void Program::Perform(MainCommand command) {
       return ShowArchive();
     case MainCommand::FirmwareVersion:
       return actions_.FirmwareVersion();
+    case MainCommand::LiveTrend:
+      return ShowTrend();
     case MainCommand::LaunchHelp:
       return help_.Open(helpFiles_.Logger);
     case MainCommand::LaunchDoHelp:
@@ -325,28 +334,30 @@ void Program::ShowViewer() {
                      .CsvDateTimeSingleColumn = csvDateTimeSingleColumn_,
                      .RelayDisplayEnabled = display_.RelayDisplayEnabled,
                      .AppPath = FirstFolderOfDialogs(environment_.AppPath),
-                     .Loop = &loop_},
+                     .Loop = &loop_,
+                     .ShowPlot = [this](const PlotRequest& request) { ShowPlot(request); }},
                     &window_);
   viewer.exec();
 }
 
 void Program::ShowArchive() {
-  frmArchive archive(
-      {.Path = environment_.ArchivePath,
-       .Screen = window_,
-       .Message = messages_,
-       .Dialogs = fileDialogs_,
-       .Time = clock_,
-       .Locale = locale_,
-       .CsvDateTimeSingleColumn = csvDateTimeSingleColumn_,
-       .RelayDisplayEnabled = display_.RelayDisplayEnabled,
-       .AppPath = environment_.AppPath,
-       .Ending = [this] { return loop_.Ending(); },
-       .AskText = AskArchiveText,
-       .AskChoice = AskArchiveChoice,
-       .ShowViewer = [this](const ArchivedUpload& upload,
-                            QWidget* parent) { ShowArchivedUpload(upload, parent); }},
-      &window_);
+  frmArchive archive({.Path = environment_.ArchivePath,
+                      .Screen = window_,
+                      .Message = messages_,
+                      .Dialogs = fileDialogs_,
+                      .Time = clock_,
+                      .Locale = locale_,
+                      .CsvDateTimeSingleColumn = csvDateTimeSingleColumn_,
+                      .RelayDisplayEnabled = display_.RelayDisplayEnabled,
+                      .AppPath = environment_.AppPath,
+                      .Ending = [this] { return loop_.Ending(); },
+                      .AskText = AskArchiveText,
+                      .AskChoice = AskArchiveChoice,
+                      .ShowViewer = [this](const ArchivedUpload& upload,
+                                           QWidget* parent) { ShowArchivedUpload(upload, parent); },
+                      .ShowPlot = [this](const ArchivedUpload& upload,
+                                         QWidget* parent) { ShowArchivedPlot(upload, parent); }},
+                     &window_);
   archive.exec();
 }
 
@@ -363,9 +374,51 @@ void Program::ShowArchivedUpload(const ArchivedUpload& upload, QWidget* parent) 
                      .RelayDisplayEnabled = display_.RelayDisplayEnabled,
                      .AppPath = environment_.AppPath,
                      .Loop = &loop_,
-                     .LoggerName = upload.LoggerName},
+                     .LoggerName = upload.LoggerName,
+                     .ShowPlot = [this](const PlotRequest& request) { ShowPlot(request); }},
                     parent);
   viewer.exec();
+}
+
+void Program::ShowArchivedPlot(const ArchivedUpload& upload, QWidget* parent) {
+  const HistoryTable table(*upload.Records, upload.Settings, upload.Link, false, locale_);
+  PlotData data(SeriesOf(table, upload.LoggerName));
+  frmPlot plot(data, PlotsParts(), parent);
+  plot.exec();
+}
+
+PlotParts Program::PlotsParts() {
+  return {
+      .Message = messages_,
+      .Dialogs = fileDialogs_,
+      .Time = clock_,
+      .Locale = locale_,
+      .Memory = PlotMemory(environment_.StorePath),
+      .Program =
+          u"Tessmar Logger %1.%2.%3"_s.arg(kVersionMajor).arg(kVersionMinor).arg(kVersionRevision),
+      .AppPath = FirstFolderOfDialogs(environment_.AppPath),
+      .CsvSingleColumn = !csvDateTimeSingleColumn_.isEmpty()};
+}
+
+void Program::ShowPlot(const PlotRequest& request) {
+  PlotData data(SeriesOf(request.Table, request.LoggerName));
+  PlotParts parts = PlotsParts();
+  parts.ShowRow = [&request](std::size_t record) {
+    request.ShowRecord(static_cast<std::int32_t>(record));
+  };
+  frmPlot plot(data, parts, request.Viewer);
+  plot.exec();
+}
+
+void Program::ShowTrend() {
+  if (trendWindow_.isNull()) {
+    trend_.emplace(link_, settings_, display_);
+    trendWindow_ = new frmTrend(*trend_, PlotsParts(), &window_);
+    trendWindow_->setAttribute(Qt::WA_DeleteOnClose);
+    trendWindow_->show();
+  }
+  trendWindow_->raise();
+  trendWindow_->activateWindow();
 }
 
 void Program::ShowSetup(bool mayProgram) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QPointer>
 #include <QStringList>
 #include <QTimer>
 #include <QTranslator>
@@ -28,6 +29,8 @@
 #include "link/cmd.h"
 #include "measure/LiveDisplay.h"
 #include "measure/Sample.h"
+#include "plot/LiveTrend.h"
+#include "plot/frmPlot.h"
 #include "session/ConnectionWords.h"
 #include "session/LiveLogger.h"
 #include "session/PersistedSettings.h"
@@ -43,7 +46,9 @@
 
 namespace tessmar {
 
+class frmTrend;
 struct ArchivedUpload;
+struct PlotRequest;
 
 /// What the program finds around it at its start.
 struct ProgramEnvironment {
@@ -104,6 +109,10 @@ class Program {
   void ShowViewer();
   void ShowArchive();
   void ShowArchivedUpload(const ArchivedUpload& upload, QWidget* parent);
+  void ShowArchivedPlot(const ArchivedUpload& upload, QWidget* parent);
+  void ShowPlot(const PlotRequest& request);
+  void ShowTrend();
+  PlotParts PlotsParts();
   void ShowSetup(bool mayProgram);
   std::optional<ImportChoice> AskImportChoice();
   void ShowAbout();
@@ -157,6 +166,9 @@ class Program {
   SessionEnd sessionEnd_;
 
   std::optional<JournalTimer> archiveTimer_;
+  std::optional<LiveTrend> trend_;
+  QPointer<frmTrend> trendWindow_;
+
   QTimer timer1_;
   QTimer timer2_;
   bool settingsRead_ = false;  ///< The store was read as a whole, and so may be written.

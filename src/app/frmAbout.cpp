@@ -25,6 +25,12 @@ QLabel* LineOverPicture(QWidget* form, const QString& name, const QString& text,
   return label;
 }
 
+QString LicenceText() {
+  return TextLanguage() == kLanguageGerman
+             ? u"Freie Software unter der GNU GPL 3; die Quellen unter MIT"_s
+             : u"Free software under the GNU GPL 3; its sources under MIT"_s;
+}
+
 void Widen(QLabel* label, int width) {
   label->resize(width, label->sizeHint().height());
 }
@@ -45,6 +51,7 @@ frmAbout::frmAbout(const QString& title, QWidget* parent) : QDialog(parent) {
 
   constexpr int kVersionTopPercent = 65;
   constexpr int kCopyrightTopPercent = 80;
+  constexpr int kLicenceTopPercent = 88;
   QLabel* version = LineOverPicture(this, u"lblVersion"_s, title, kVersionTopPercent);
   QFont large = version->font();
   large.setPointSizeF(large.pointSizeF() * 1.5);
@@ -54,6 +61,7 @@ frmAbout::frmAbout(const QString& title, QWidget* parent) : QDialog(parent) {
   Widen(LineOverPicture(this, u"lblCopyright"_s, u"© the Tessmar Logger authors"_s,
                         kCopyrightTopPercent),
         width());
+  Widen(LineOverPicture(this, u"lblLicence"_s, LicenceText(), kLicenceTopPercent), width());
 }
 
 }  // namespace tessmar

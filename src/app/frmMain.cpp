@@ -265,6 +265,7 @@ void frmMain::MakeMenus() {
   menuBar()->addMenu(MakeActionMenu(u"imnu"_s));
   auto* dataMenu = Add(new QMenu(this), u"mnuData"_s);
   AddEntry(dataMenu, u"mnuArchive"_s, MainCommand::Archive);
+  AddEntry(dataMenu, u"mnuTrend"_s, MainCommand::LiveTrend);
   menuBar()->addMenu(dataMenu);
   auto* help = Add(new QMenu(this), u"Help"_s);
   AddEntry(help, u"mnuLaunchHelp"_s, MainCommand::LaunchHelp);

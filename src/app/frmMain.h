@@ -33,6 +33,7 @@ enum class MainCommand {
   ResetPulseAccumulators,
   LoadLoggerImageFile,
   Archive,
+  LiveTrend,
   LaunchHelp,
   LaunchDoHelp,
   About,

@@ -78,6 +78,8 @@ class HistoryTable {
   std::int32_t RowOf(std::int32_t record) const;
 
   const SystemLocale& Locale() const { return locale_; }
+  /// The settings as they were when the table was made.
+  const LoggerSettings& Settings() const { return settings_; }
 
  private:
   void AddColumns(bool showRelays);

@@ -29,8 +29,7 @@ Series SeriesOfColumn(const HistoryTable& table, int column) {
 
 }  // namespace
 
-SeriesSet SeriesOf(const HistoryTable& table, const LoggerSettings& settings,
-                   const QString& loggerName) {
+SeriesSet SeriesOf(const HistoryTable& table, const QString& loggerName) {
   SeriesSet set;
   set.LoggerName = loggerName;
   const std::int32_t count = table.Records().Count();
@@ -40,7 +39,7 @@ SeriesSet SeriesOf(const HistoryTable& table, const LoggerSettings& settings,
     set.Times.push_back(sample.HasTime ? StampSeconds(sample.PackedTime)
                                        : std::numeric_limits<double>::quiet_NaN());
   }
-  set.Stretches.push_back({.First = 0, .Interval = LoggedInterval(settings)});
+  set.Stretches.push_back({.First = 0, .Interval = LoggedInterval(table.Settings())});
   for (int column = 1; column < table.ColumnCount(); ++column) {
     const Kind kind = table.Column(column).Content;
     if (kind == Kind::Analog || kind == Kind::Pulse)

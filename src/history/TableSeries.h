@@ -7,8 +7,7 @@ namespace tessmar {
 
 /// The records of a table as series, one for each column of numbers: packing left none of them out.
 /// A value is HistoryTable::CellValue, which the table's cells and the CSV file are written from.
-/// @param settings  that the table was made with; they say how the records were logged.
-SeriesSet SeriesOf(const HistoryTable& table, const LoggerSettings& settings,
-                   const QString& loggerName);
+/// How the records were logged the table's settings say.
+SeriesSet SeriesOf(const HistoryTable& table, const QString& loggerName);
 
 }  // namespace tessmar

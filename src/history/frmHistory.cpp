@@ -31,6 +31,10 @@ constexpr int kTwipsPerPixel = 15;
 constexpr int kLeastWidth = 560;
 constexpr int kLeastHeight = 420;
 
+QString PlotButtonText() {
+  return TextLanguage() == kLanguageGerman ? u"&Diagramm"_s : u"P&lot"_s;
+}
+
 QGroupBox* Framed(QLabel* label, const QString& name, const QString& caption) {
   auto* frame = new QGroupBox(caption);
   frame->setObjectName(name);
@@ -54,7 +58,8 @@ frmHistory::frmHistory(const HistoryViewerParts& parts, QWidget* parent)
       cmdOK_(new QPushButton(GetText(TextId::OK), this)),
       cmdOptions_(new QPushButton(GetText(TextId::Options), this)),
       cmdPack_(new QPushButton(GetText(TextId::Pack), this)),
-      cmdSave_(new QPushButton(GetText(TextId::SaveToFileButton), this)) {
+      cmdSave_(new QPushButton(GetText(TextId::SaveToFileButton), this)),
+      cmdPlot_(new QPushButton(PlotButtonText(), this)) {
   setObjectName(u"frmHistory"_s);
   setWindowTitle(GetText(TextId::HistoricalDataViewer));
   setWindowFlag(Qt::WindowMaximizeButtonHint);
@@ -79,13 +84,16 @@ void frmHistory::BuildControls() {
   cmdOptions_->setObjectName(u"cmdOptions"_s);
   cmdPack_->setObjectName(u"cmdPack"_s);
   cmdSave_->setObjectName(u"cmdSave"_s);
-  for (QPushButton* button : {cmdOK_, cmdOptions_, cmdPack_, cmdSave_})
+  cmdPlot_->setObjectName(u"cmdPlot"_s);
+  cmdPlot_->setVisible(parts_.ShowPlot != nullptr);
+  for (QPushButton* button : {cmdOK_, cmdOptions_, cmdPack_, cmdSave_, cmdPlot_})
     button->setAutoDefault(false);
 
   connect(cmdOK_, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
   connect(cmdOptions_, &QPushButton::clicked, this, [this] { cmdOptions_Click(); });
   connect(cmdPack_, &QPushButton::clicked, this, [this] { cmdPack_Click(); });
   connect(cmdSave_, &QPushButton::clicked, this, [this] { cmdSave_Click(); });
+  connect(cmdPlot_, &QPushButton::clicked, this, [this] { cmdPlot_Click(); });
 }
 
 void frmHistory::BuildLayout() {
@@ -98,6 +106,7 @@ void frmHistory::BuildLayout() {
   buttons->addWidget(cmdOptions_);
   buttons->addWidget(cmdPack_);
   buttons->addWidget(cmdSave_);
+  buttons->addWidget(cmdPlot_);
   buttons->addStretch();
 
   QSizePolicy keepsItsRoom = progressBar_->sizePolicy();
@@ -190,6 +199,24 @@ void frmHistory::cmdPack_Click() {
                                            GetText(TextId::PackHistoryTitle));
   if (self.isNull() || (parts_.Loop != nullptr && parts_.Loop->Ending())) return;
   if (answer == kYes) FillList(true);
+}
+
+void frmHistory::cmdPlot_Click() {
+  if (model_.Table() == nullptr || !parts_.ShowPlot) return;
+  parts_.ShowPlot({.Table = *model_.Table(),
+                   .LoggerName = lblLoggerName_->text(),
+                   .Viewer = this,
+                   .ShowRecord = [this](std::int32_t record) { ShowRecord(record); }});
+}
+
+void frmHistory::ShowRecord(std::int32_t record) {
+  const std::int32_t row = model_.Table() == nullptr ? -1 : model_.Table()->RowOf(record);
+  if (row < 0) return;
+  QAbstractItemView& table = *lvwHistory_;
+  table.setCurrentIndex(model_.index(row, 0));
+  lvwHistory_->selectRow(row);
+  table.scrollTo(model_.index(row, 0), QAbstractItemView::PositionAtCenter);
+  lvwHistory_->setFocus();
 }
 
 void frmHistory::cmdSave_Click() {

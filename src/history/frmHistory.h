@@ -2,6 +2,7 @@
 
 #include <QDialog>
 #include <QString>
+#include <functional>
 #include <optional>
 
 #include "base/Clock.h"
@@ -25,6 +26,15 @@ namespace tessmar {
 
 class HistoryView;
 
+/// What the viewer asks a plot of.
+struct PlotRequest {
+  const HistoryTable& Table;
+  QString LoggerName;
+  QWidget* Viewer = nullptr;
+  /// Goes to the row of a record, from 0, in the order of HistoryTable::Records.
+  std::function<void(std::int32_t record)> ShowRecord;
+};
+
 /// What the viewer works with. All of it must outlive the viewer.
 struct HistoryViewerParts {
   const HistoryBuffer& Buffer;
@@ -42,6 +52,8 @@ struct HistoryViewerParts {
   const MessageLoop* Loop = nullptr;
   /// The logger that the records are of; without it the one that the screen names.
   std::optional<QString> LoggerName = {};
+  /// Shows the table's records as a plot, modally over the viewer; null when there is no plot.
+  std::function<void(const PlotRequest& request)> ShowPlot = {};
 };
 
 /// The historical data viewer. The table is built when the form is made, and keeps the settings as
@@ -66,6 +78,8 @@ class frmHistory : public QDialog {
   void cmdOptions_Click();
   void cmdPack_Click();
   void cmdSave_Click();
+  void cmdPlot_Click();
+  void ShowRecord(std::int32_t record);
 
   HistoryViewerParts parts_;
   HistoryTableModel model_;
@@ -78,6 +92,7 @@ class frmHistory : public QDialog {
   QPushButton* cmdOptions_;
   QPushButton* cmdPack_;
   QPushButton* cmdSave_;
+  QPushButton* cmdPlot_;
 };
 
 }  // namespace tessmar

@@ -61,6 +61,7 @@ LiveDisplay::LiveDisplay(LinkState& link, const LoggerSettings& settings, LiveRi
 void LiveDisplay::PushLiveSample(const LiveSample& sample) {
   ring_.Push(sample);
   UpdateSampleDisplay();
+  if (SamplePushed) SamplePushed();
 }
 
 void LiveDisplay::EmptyRing() {

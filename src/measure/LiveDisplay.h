@@ -3,6 +3,7 @@
 #include <QString>
 #include <array>
 #include <cstdint>
+#include <functional>
 
 #include "base/MainScreen.h"
 #include "base/SystemLocale.h"
@@ -63,6 +64,9 @@ class LiveDisplay {
   /// @param channel  0 to 7; throws RangeFault outside it.
   const ChannelView& View(int channel) const;
   LiveRing& Ring() { return ring_; }
+
+  /// Called when a sample has been pushed and is shown; for who looks at samples as they come.
+  std::function<void()> SamplePushed;
 
   /// Relay panel and relay columns; nothing in this edition switches them on.
   bool RelayDisplayEnabled = false;

@@ -58,8 +58,8 @@ void PlotCanvas::Forward() {
 }
 
 void PlotCanvas::FollowEnd(double width) {
-  const double end = data_.Whole().End;
-  views_.Begin({std::max(end - width, data_.Whole().Begin - 1), end + width / 50 + 1});
+  const TimeRange all = FittedView(data_.Whole());
+  views_.Begin({std::max(all.Begin, all.End - width), all.End});
   Show(views_.Present());
 }
 

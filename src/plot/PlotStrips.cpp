@@ -213,9 +213,11 @@ void PlotStrips::SetView(TimeRange view) {
   for (const Strip& strip : strips_)
     for (QCPAxis* axis : {strip.Rect->axis(QCPAxis::atBottom), strip.Rect->axis(QCPAxis::atTop)})
       axis->setRange(view.Begin, view.End);
-  // As many labels as fit beside each other.
-  const int label = fontMetrics().horizontalAdvance(u"00:00:00 00"_s);
-  static_cast<TimeTicker&>(*timeTicker_).SetMost(std::max(2, StripsArea().width() / label));
+  // As many labels as fit beside each other; what stands left of the strips is about eight digits.
+  const QFontMetrics letters = fontMetrics();
+  const int room = viewport().width() - letters.horizontalAdvance(u"00000000"_s);
+  static_cast<TimeTicker&>(*timeTicker_)
+      .SetMost(std::max(2, room / letters.horizontalAdvance(u"00:00:00 00"_s)));
   FitScales();
   PlaceMarks();
   NameGraphs();
@@ -223,6 +225,8 @@ void PlotStrips::SetView(TimeRange view) {
 }
 
 void PlotStrips::FitScales() {
+  const int strips = std::max(static_cast<int>(strips_.size()), 1);
+  const int ticks = std::clamp(viewport().height() / strips / kValueTickDistance - 1, 2, 8);
   for (const Strip& strip : strips_) {
     QCPAxis* const axis = strip.Rect->axis(QCPAxis::atLeft);
     const auto kept = fixedScales_.find(strip.Unit);
@@ -231,7 +235,7 @@ void PlotStrips::FitScales() {
     if (!scale) scale = FittedScale(strip);
     if (scale) axis->setRange(*scale);
     if (fixed_) fixedScales_[strip.Unit] = axis->range();
-    axis->ticker()->setTickCount(std::clamp(strip.Rect->height() / kValueTickDistance, 2, 8));
+    axis->ticker()->setTickCount(ticks);
   }
 }
 
@@ -327,6 +331,11 @@ void PlotStrips::DataChanged() {
   SetView(view_);
 }
 
+void PlotStrips::DataGrew() {
+  cellsView_ = {};
+  SetView(view_);
+}
+
 void PlotStrips::ChannelsChanged() {
   cellsView_ = {};
   fixedScales_.clear();
@@ -339,6 +348,11 @@ const std::vector<ColumnCell>& PlotStrips::Cells(const ColumnView& view) {
     cellsView_ = view;
   }
   return cells_;
+}
+
+void PlotStrips::resizeEvent(QResizeEvent* event) {
+  QCustomPlot::resizeEvent(event);
+  SetView(view_);
 }
 
 void PlotStrips::changeEvent(QEvent* event) {

@@ -48,6 +48,8 @@ class PlotStrips : public QCustomPlot {
 
   /// The data have other records or other times than before.
   void DataChanged();
+  /// The data have more records than before.
+  void DataGrew();
   /// The data have other channels than before.
   void ChannelsChanged();
 
@@ -59,6 +61,7 @@ class PlotStrips : public QCustomPlot {
   const PlotData& Data() const { return data_; }
   const SystemLocale& Locale() const { return locale_; }
   void changeEvent(QEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   UprightLines& Cursor() { return *cursor_; }
   /// The unit of the strip at a height, also between strips; empty when there is none.
   QString UnitAt(double y) const;

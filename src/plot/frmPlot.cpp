@@ -70,8 +70,8 @@ bool IsDark(const QPalette& palette) {
 
 }  // namespace
 
-frmPlot::frmPlot(PlotData& data, const PlotParts& parts, QWidget* parent)
-    : QDialog(parent), data_(data), parts_(parts), refresh_(new QTimer(this)) {
+frmPlot::frmPlot(PlotData& plotData, const PlotParts& parts, QWidget* parent)
+    : QDialog(parent), data_(plotData), parts_(parts), refresh_(new QTimer(this)) {
   setObjectName(u"frmPlot"_s);
   setWindowTitle(PlotText(PlotTextId::Caption));
   setWindowFlag(Qt::WindowMaximizeButtonHint);

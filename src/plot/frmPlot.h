@@ -45,8 +45,8 @@ class frmPlot : public QDialog {
   Q_OBJECT
 
  public:
-  /// @param data  must outlive the window.
-  frmPlot(PlotData& data, const PlotParts& parts, QWidget* parent = nullptr);
+  /// @param plotData  must outlive the window.
+  frmPlot(PlotData& plotData, const PlotParts& parts, QWidget* parent = nullptr);
   ~frmPlot() override;
 
  protected:

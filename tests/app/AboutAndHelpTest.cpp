@@ -41,6 +41,21 @@ TEST(About, RepeatsTheMainWindowsTitleAt65PercentOfItsHeight) {
   EXPECT_EQ(Label(form, u"lblCopyright"_s)->y(), 256);
 }
 
+TEST(About, SaysUnderWhichLicenceTheProgramIs) {
+  frmAbout form(kTitle);
+  EXPECT_EQ(Label(form, u"lblLicence"_s)->text(),
+            u"Free software under the GNU GPL 3; its sources under MIT"_s);
+  SetTextLanguage(kLanguageGerman);
+  frmAbout german(kTitle);
+  EXPECT_EQ(Label(german, u"lblLicence"_s)->text(),
+            u"Freie Software unter der GNU GPL 3; die Quellen unter MIT"_s);
+  EXPECT_LE(Label(german, u"lblLicence"_s)
+                ->fontMetrics()
+                .horizontalAdvance(Label(german, u"lblLicence"_s)->text()),
+            480);
+  SetTextLanguage(kLanguageEnglish);
+}
+
 TEST(About, IsCaptionedInTheLanguageOfTheTexts) {
   EXPECT_EQ(frmAbout(kTitle).windowTitle(), u"About Tessmar Hydro"_s);
   SetTextLanguage(kLanguageGerman);

@@ -2,6 +2,8 @@
 // names, looks at everything, and leaves pictures of every form, of the whole screen with it (in
 // the folder "screen"), and a CSV file. ./run takes it where there is no display.
 
+#include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QApplication>
 #include <QCommandLineParser>
 #include <QDir>
@@ -11,6 +13,7 @@
 #include <QMainWindow>
 #include <QMenu>
 #include <QMenuBar>
+#include <QMouseEvent>
 #include <QProgressBar>
 #include <QTemporaryDir>
 #include <cstdio>
@@ -69,6 +72,7 @@ class Tour {
     Connect();
     WatchLiveReadings();
     OpenMenus();
+    WatchTrend();
     HarvestHistory();
     LookAtSetup();
     MeetRefusals();
@@ -174,6 +178,8 @@ class Tour {
     Robot::Click(u"frmHistoryOptions"_s, u"cmdCancel"_s);
     Robot::WaitForForm(viewer_);
 
+    LookAtPlot();
+
     Robot::Click(viewer_, u"cmdPack"_s);
     TakeMessage(u"pack-question"_s, 0);
     Robot::WaitForForm(viewer_);
@@ -183,6 +189,67 @@ class Tour {
     Robot::Click(viewer_, u"cmdOK"_s);
     Robot::WaitForNoForm(viewer_);
     WaitForReadings();
+  }
+
+  void WatchTrend() {
+    Robot::Trigger(main_, u"mnuTrend"_s);
+    Robot::WaitForForm(plot_);
+    Robot::InGui([this] {
+      qobject_cast<QAbstractButton*>(Robot::Control(main_, u"chkSampleContinuously"_s))->click();
+    });
+    Robot::WaitFor(
+        u"readings in the trend"_s,
+        [this] {
+          const auto* table =
+              qobject_cast<QAbstractItemView*>(Robot::Control(plot_, u"tblStatistics"_s));
+          return table->model()->index(0, 1).data() != table->model()->index(0, 3).data();
+        },
+        30000);
+    Robot::Pause(8000);
+    Take(u"trend"_s, plot_);
+    Robot::InGui([this] {
+      qobject_cast<QAbstractButton*>(Robot::Control(main_, u"chkSampleContinuously"_s))->click();
+    });
+    Robot::Pause(1500);
+    Take(u"trend-off"_s, plot_);
+    Robot::Click(plot_, u"cmdOK"_s);
+    Robot::WaitForNoForm(plot_);
+    WaitForReadings();
+  }
+
+  void LookAtPlot() {
+    Robot::Click(viewer_, u"cmdPlot"_s);
+    Robot::WaitForForm(plot_);
+    Robot::Press(Qt::Key_Right, Qt::ControlModifier);
+    Take(u"plot-all"_s, plot_);
+    for (int i = 0; i < 8; ++i) Robot::Press(Qt::Key_Plus);
+    for (int i = 0; i < 3; ++i) Robot::Press(Qt::Key_Left);
+    Robot::InGui([this] {
+      QWidget* plot = qobject_cast<QWidget*>(Robot::Control(plot_, u"pltPlot"_s));
+      const QPointF middle(plot->width() * 0.6, plot->height() * 0.3);
+      QMouseEvent move(QEvent::MouseMove, middle, plot->mapToGlobal(middle), Qt::NoButton,
+                       Qt::NoButton, Qt::NoModifier);
+      QApplication::sendEvent(plot, &move);
+    });
+    Take(u"plot"_s, plot_);
+    for (int i = 0; i < 22; ++i) Robot::Press(Qt::Key_Plus);
+    Take(u"plot-near"_s, plot_);
+    for (int i = 0; i < 22; ++i) Robot::Press(Qt::Key_Backspace);
+    Robot::Tick(plot_, u"chkByDay"_s);
+    Robot::Pause(400);
+    Take(u"plot-by-day"_s, plot_);
+    for (const QString& kind : {u".png"_s, u".svg"_s, u".pdf"_s}) {
+      Robot::Click(plot_, u"cmdPicture"_s);
+      Robot::WaitForForm(u"dlgFile"_s);
+      const QString path = QDir(folder_).absoluteFilePath(u"plot-picture"_s + kind);
+      QFile::remove(path);
+      Robot::TakeFile(path);
+      Robot::WaitForForm(plot_);
+      Robot::WaitFor(u"the picture"_s, [path] { return QFile::exists(path); });
+    }
+    Robot::Tick(plot_, u"chkByDay"_s, false);
+    Robot::Click(plot_, u"cmdOK"_s);
+    Robot::WaitForForm(viewer_);
   }
 
   void SaveCsv() {
@@ -291,6 +358,7 @@ class Tour {
   const QString setup_ = u"frmSetup"_s;
   const QString tabs_ = u"TabStrip"_s;
   const QString main_ = u"frmMain"_s;
+  const QString plot_ = u"frmPlot"_s;
   TourLanguage language_;
   QString folder_;
   const LinkState* link_ = nullptr;  ///< Looked at in the user interface's thread only.

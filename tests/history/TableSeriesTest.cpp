@@ -24,7 +24,7 @@ TEST(TableSeries, HasTheTimesUnitsAndValuesOfTheTable) {
   rig.EnablePulse(1, u"mm"_s, 0.25, 2);
   rig.Add(kStamp, {4120, 1, 1285, 7, 8});
   rig.Add(kStamp + kMinute, {4121, 1, 1286, 7, 9});
-  const SeriesSet set = SeriesOf(rig.Table(true), rig.Settings, u"Well 7"_s);
+  const SeriesSet set = SeriesOf(rig.Table(true), u"Well 7"_s);
   EXPECT_EQ(set.LoggerName, u"Well 7"_s);
   const double first = 4012 * 86400.0 + 15 * 3600 + 47 * 60 + 29;
   EXPECT_EQ(set.Times, (std::vector<double>{first, first + 60}));
@@ -58,7 +58,7 @@ TEST(TableSeries, ShowsWhatTheCellsShow) {
   rig.Settings.Do.PO2Channel = 6;  // Not enabled: no value.
   for (int i = 0; i < 100; ++i) rig.Add(kStamp, {i * 655, 65535 - i, i, 7 * i, i});
   const HistoryTable table = rig.Table();
-  const SeriesSet set = SeriesOf(table, rig.Settings, {});
+  const SeriesSet set = SeriesOf(table, {});
   ASSERT_EQ(set.Channels.size(), 5U);
   for (int row = 0; row < 100; ++row) {
     for (int column = 1; column < table.ColumnCount(); ++column) {
@@ -75,7 +75,7 @@ TEST(TableSeries, AnOverflowIsNoValue) {
   TableRig rig(1, 1);
   rig.EnablePulse(0, u"mm"_s, 1e308, 0);
   rig.Add(kStamp, {0, 65535});
-  EXPECT_TRUE(std::isnan(SeriesOf(rig.Table(), rig.Settings, {}).Channels[0].Values[0]));
+  EXPECT_TRUE(std::isnan(SeriesOf(rig.Table(), {}).Channels[0].Values[0]));
 }
 
 TEST(TableSeries, PackingLeavesNothingOut) {
@@ -84,7 +84,7 @@ TEST(TableSeries, PackingLeavesNothingOut) {
   for (const int word : {100, 100, 200, 200, 200, 100}) rig.Add(kStamp, {word});
   const HistoryTable table = rig.PackedTable();
   ASSERT_EQ(table.RowCount(), 3);
-  EXPECT_EQ(SeriesOf(table, rig.Settings, {}).Times.size(), 6U);
+  EXPECT_EQ(SeriesOf(table, {}).Times.size(), 6U);
   EXPECT_EQ(table.RowOf(0), 0);
   EXPECT_EQ(table.RowOf(1), 0);
   EXPECT_EQ(table.RowOf(4), 1);
@@ -98,7 +98,7 @@ TEST(TableSeries, ARecordWithoutATimeHasNone) {
   TableRig rig(1, 0);
   rig.EnableAnalog(0, u"%"_s);
   rig.Buffer.Append(LiveSample{});
-  EXPECT_TRUE(std::isnan(SeriesOf(rig.Table(), rig.Settings, {}).Times[0]));
+  EXPECT_TRUE(std::isnan(SeriesOf(rig.Table(), {}).Times[0]));
 }
 
 TEST(TableSeries, RelaysAndTimesAreNoNumbers) {
@@ -106,7 +106,7 @@ TEST(TableSeries, RelaysAndTimesAreNoNumbers) {
   rig.EnableAnalog(0, u"%"_s);
   rig.Add(kStamp, {1, 2});
   const HistoryTable table = rig.Table(true);
-  EXPECT_EQ(SeriesOf(table, rig.Settings, {}).Channels.size(), 1U);
+  EXPECT_EQ(SeriesOf(table, {}).Channels.size(), 1U);
   EXPECT_THROW(table.CellValue(table.Record(0), 0), RangeFault);
   EXPECT_THROW(table.CellValue(table.Record(0), 2), RangeFault);
 }

@@ -80,7 +80,7 @@ class Viewer : public testing::Test {
   frmHistory& Open() {
     return viewer_.emplace(HistoryViewerParts{rig_.Buffer, rig_.Settings, rig_.Link, screen_,
                                               messages_, dialogs_, clock_, rig_.Locale, option_,
-                                              relays_, u"/opt/app"_s});
+                                              relays_, u"/opt/app"_s, nullptr, showPlot_});
   }
   template <typename Control>
   Control* Find(const QString& name) const {
@@ -108,6 +108,7 @@ class Viewer : public testing::Test {
   test::FakeClock clock_;
   QString option_;
   bool relays_ = false;
+  std::function<void(const PlotRequest&)> showPlot_;
   QTemporaryDir folder_;
   std::optional<frmHistory> viewer_;
 };
@@ -406,6 +407,40 @@ TEST_F(Viewer, ThePageKeysMoveThroughTheRows) {
   QKeyEvent home(QEvent::KeyPress, Qt::Key_Home, Qt::ControlModifier);
   QApplication::sendEvent(List(), &home);
   EXPECT_EQ(List()->currentIndex().row(), 0);
+}
+
+TEST_F(Viewer, WithoutAPlotThereIsNoButtonForIt) {
+  AddRecords(1);
+  Open();
+  EXPECT_TRUE(Find<QPushButton>(u"cmdPlot"_s)->isHidden());
+}
+
+TEST_F(Viewer, ThePlotStandsAtTheEndOfTheRowAndGoesBackToARow) {
+  AddRecords(1000);
+  showPlot_ = [this](const PlotRequest& request) {
+    EXPECT_EQ(&request.Table, dynamic_cast<HistoryTableModel*>(List()->model())->Table());
+    EXPECT_EQ(request.LoggerName, u"Well 7"_s);
+    EXPECT_EQ(request.Viewer, &*viewer_);
+    request.ShowRecord(777);
+  };
+  Open();
+  viewer_->show();
+  EXPECT_EQ(Find<QPushButton>(u"cmdPlot"_s)->text(), u"P&lot"_s);
+  EXPECT_GT(Find<QPushButton>(u"cmdPlot"_s)->x(), Find<QPushButton>(u"cmdSave"_s)->x());
+  EXPECT_EQ(Find<QPushButton>(u"cmdSave"_s)->nextInFocusChain(), Find<QPushButton>(u"cmdPlot"_s));
+  Click(u"cmdPlot"_s);
+  EXPECT_EQ(List()->currentIndex().row(), 777);
+  EXPECT_EQ(List()->selectionModel()->selectedRows().size(), 1);
+}
+
+TEST_F(Viewer, ThePlotOfAPackedTableGoesToTheRowThatShowsTheRecord) {
+  AddRecords(6);
+  showPlot_ = [](const PlotRequest& request) { request.ShowRecord(5); };
+  Open();
+  messages_.Answers = {kYes};
+  Click(u"cmdPack"_s);
+  Click(u"cmdPlot"_s);
+  EXPECT_EQ(List()->currentIndex().row(), 2);
 }
 
 TEST_F(Viewer, NoRowAtAllIsShownWellToo) {
