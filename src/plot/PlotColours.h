@@ -7,10 +7,10 @@
 
 namespace tessmar {
 
-/// The colours of channels that share a plot, in the order in which they are given out: the eight
-/// of M. Okabe and K. Ito (Color Universal Design, 2008), which people with each kind of colour
-/// blindness can tell from each other, with their lightness moved so far that each stands out from
-/// the ground, and two greys.
+/// The colours of channels that share a plot, in the order in which they are given out. They follow
+/// the set of M. Okabe and K. Ito (Color Universal Design, 2008), which people with each kind of
+/// colour blindness can tell from each other; what of it does not stand out from the ground is
+/// replaced, and each is kept apart from all others to normal, protanopic and deuteranopic eyes.
 inline constexpr int kPlotColours = 10;
 
 /// The colours of a plot.

@@ -75,7 +75,7 @@ TEST(PlotColours, DifferToColourBlindEyes) {
   for (const PlotTheme* theme : {&LightPlotTheme(), &DarkPlotTheme()}) {
     for (std::size_t a = 0; a < theme->Channels.size(); ++a) {
       for (std::size_t b = a + 1; b < theme->Channels.size(); ++b) {
-        const double least = a < 6 && b < 6 ? 10 : 4.6;
+        const double least = a < 6 && b < 6 ? 10 : 6;
         const Light first = Seen(theme->Channels[a]);
         const Light second = Seen(theme->Channels[b]);
         EXPECT_GE(Difference(ToLab(first), ToLab(second)), least) << a << ' ' << b;
