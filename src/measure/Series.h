@@ -13,9 +13,12 @@ struct Series {
   QString Place;               ///< "a1" to "a8" for analog channels, "p1" and "p2" for pulses.
   QString Unit = {};           ///< As the logger has it.
   int Decimals = 0;            ///< With which a value is shown.
+  bool IsTotal = false;        ///< Each value holds those before it, as live pulses do.
   std::vector<double> Values;  ///< As the history table shows them; not a number for no value.
 
   bool IsPulse() const { return Place.startsWith(u'p'); }
+  /// True for counts of their own time, which stand for themselves and can be summed.
+  bool IsCounted() const { return IsPulse() && !IsTotal; }
 };
 
 /// From where on records were logged in one way.

@@ -45,6 +45,7 @@ SeriesSet LiveTrend::EmptySet() const {
     set.Channels.push_back({.Place = u'p' + QString::number(channel + 1),
                             .Unit = settings_.EngUnits(kAnalogChannels + channel),
                             .Decimals = settings_.DecPlaces(kAnalogChannels + channel),
+                            .IsTotal = true,
                             .Values = {}});
   }
   return set;

@@ -253,7 +253,7 @@ std::optional<QCPRange> PlotStrips::FittedScale(const Strip& strip) const {
   for (const SeriesGraph* graph : strip.Graphs) {
     const Extent one = ExtentInView(graph->Channel());
     extent.Add(one);
-    if (one.Any() && data_.Channel(graph->Channel()).IsPulse()) extent.Add(0);
+    if (one.Any() && data_.Channel(graph->Channel()).IsCounted()) extent.Add(0);
   }
   if (!extent.Any()) return std::nullopt;
   double room = (extent.Greatest - extent.Least) * kScaleRoom;
@@ -291,7 +291,7 @@ void PlotStrips::NameGraphs() {
     for (SeriesGraph* graph : strip.Graphs) {
       const Series& series = data_.Channel(graph->Channel());
       QString name = ChannelName(series);
-      if (series.IsPulse()) {
+      if (series.IsCounted()) {
         const Extent extent = data_.ExtentIn(graph->Channel(), view_);
         const QString sum = extent.Any() ? FormatValue(extent.Sum, series.Decimals) : u"---"_s;
         name += u" – "_s + PlotText(PlotTextId::Sum) + u' ' + sum;

@@ -82,7 +82,7 @@ void SeriesGraph::draw(QCPPainter* painter) {
   const double width = mKeyAxis->axisRect()->width();
   const bool isFile = painter->modes().testFlag(QCPPainter::pmVectorized);
   const auto records = static_cast<double>(data_.CountIn(View()));
-  if (data_.Channel(channel_).IsPulse()) {
+  if (data_.Channel(channel_).IsCounted()) {
     if (!isFile && records > width) {
       DrawColumns(painter, true);
     } else {
@@ -186,7 +186,7 @@ void SeriesGraph::DrawBars(QCPPainter* painter) {
 
 void SeriesGraph::drawLegendIcon(QCPPainter* painter, const QRectF& rect) const {
   painter->setAntialiasing(false);
-  const double height = data_.Channel(channel_).IsPulse() ? rect.height() : 4;
+  const double height = data_.Channel(channel_).IsCounted() ? rect.height() : 4;
   painter->fillRect(QRectF(rect.left(), rect.center().y() - height / 2, rect.width(), height),
                     mPen.color());
 }

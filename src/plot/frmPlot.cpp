@@ -1,6 +1,5 @@
 #include "plot/frmPlot.h"
 
-#include <QAccessible>
 #include <QCheckBox>
 #include <QClipboard>
 #include <QGuiApplication>
@@ -20,14 +19,13 @@
 #include "base/FileTrouble.h"
 #include "base/TextTable.h"
 #include "base/WholeFile.h"
-#include "measure/Scaling.h"
 #include "plot/PlotCanvas.h"
 #include "plot/PlotCsv.h"
 #include "plot/PlotPicture.h"
 #include "plot/PlotTexts.h"
+#include "plot/PlotWords.h"
 #include "plot/Statistics.h"
 #include "plot/StatisticsModel.h"
-#include "plot/TimeTicks.h"
 
 namespace tessmar {
 namespace {
@@ -101,6 +99,7 @@ void frmPlot::MakeControls() {
   lblCursor_->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   lblCursor_->setMinimumHeight(2 * fontMetrics().lineSpacing());
   lblMarks_ = Label(u"lblMarks"_s, this);
+  lblMarks_->hide();
   statistics_ = new StatisticsModel(data_, parts_.Locale, this);
   tblStatistics_ = Named(new QTableView(this), u"tblStatistics"_s);
   tblStatistics_->setAccessibleName(PlotText(PlotTextId::Statistics));
@@ -254,40 +253,16 @@ void frmPlot::Refresh() {
   refresh_->start(chkByDay_->isChecked() ? kDaysPauseMs : 0);
 }
 
-QString frmPlot::TextUnderCursor() const {
-  const std::optional<std::size_t> record = pltPlot_->CursorRecord();
-  if (!record || *record >= data_.RecordCount()) return {};
-  QString text = TimeOnAxis(data_.Times()[*record], parts_.Locale);
-  const std::vector<int> channels = pltPlot_->ShownChannels();
-  for (const int channel : channels) {
-    const Series& series = data_.Channel(channel);
-    text += u"   "_s + ChannelName(series) + u' ' +
-            FormatValue(data_.Value(channel, *record), series.Decimals);
-  }
-  return text;
-}
-
 void frmPlot::ShowCursorText() {
-  lblCursor_->setText(TextUnderCursor());
+  lblCursor_->setText(
+      RecordWords(data_, pltPlot_->ShownChannels(), pltPlot_->CursorRecord(), parts_.Locale));
   cmdRow_->setEnabled(pltPlot_->CursorRecord().has_value());
 }
 
 void frmPlot::ShowNotes() {
-  const auto counted = [](int count, PlotTextId one, PlotTextId many) {
-    return count == 1 ? PlotText(one) : PlotText(many).arg(count);
-  };
-  QStringList notes;
-  if (data_.Runs().empty()) notes.append(PlotText(PlotTextId::NoRecords));
-  const int marks = pltPlot_->MarksInView();
-  if (marks > 0) notes.append(counted(marks, PlotTextId::OneMark, PlotTextId::Marks));
-  const int back = pltPlot_->StepsBackInView();
-  if (back > 0) notes.append(counted(back, PlotTextId::OneStepBack, PlotTextId::StepsBack));
-  if (data_.JoinsAnyDistance()) notes.append(PlotText(PlotTextId::JoinedPoints));
-  std::size_t timed = 0;
-  for (const RecordSpan& run : data_.Runs()) timed += run.End - run.First;
-  if (data_.ShowsCorrectedTimes() && timed < data_.RecordCount())
-    notes.append(PlotText(PlotTextId::WithoutCorrectedTime).arg(data_.RecordCount() - timed));
-  lblMarks_->setText(notes.join(u"; "_s));
+  const QString notes = ViewNotes(data_, pltPlot_->MarksInView(), pltPlot_->StepsBackInView());
+  if (notes == lblMarks_->text()) return;
+  lblMarks_->setText(notes);
   lblMarks_->setVisible(!notes.isEmpty());
 }
 
@@ -299,23 +274,10 @@ void frmPlot::ShowStatistics() {
                        byDay);
 }
 
-// For who cannot see the plot: what it shows, and between what.
 void frmPlot::Describe() {
-  QStringList sentences{PlotText(PlotTextId::Described)
-                            .arg(RangeText(pltPlot_->View(), parts_.Locale))
-                            .arg(data_.CountIn(pltPlot_->View()))};
-  for (const ChannelStatistics& row :
-       StatisticsIn(data_, pltPlot_->ShownChannels(), pltPlot_->View())) {
-    const Series& series = data_.Channel(row.Channel);
-    const QString name = ChannelName(series);
-    sentences.append(row.All.Any() ? PlotText(PlotTextId::DescribedChannel)
-                                         .arg(name, FormatValue(row.All.Least, series.Decimals),
-                                              FormatValue(row.All.Greatest, series.Decimals))
-                                   : PlotText(PlotTextId::DescribedEmpty).arg(name));
-  }
-  const QString text = sentences.join(u' ');
-  if (text == pltPlot_->accessibleDescription()) return;
-  pltPlot_->setAccessibleDescription(text);
+  const QString text =
+      ViewDescription(data_, pltPlot_->ShownChannels(), pltPlot_->View(), parts_.Locale);
+  if (text != pltPlot_->accessibleDescription()) pltPlot_->setAccessibleDescription(text);
 }
 
 void frmPlot::cmdRow_Click() {

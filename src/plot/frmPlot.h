@@ -74,7 +74,6 @@ class frmPlot : public QDialog {
   void ShowNotes();
   void ShowStatistics();
   void Describe();
-  QString TextUnderCursor() const;
   void cmdRow_Click();
   void cmdSave_Click();
   void cmdPicture_Click();

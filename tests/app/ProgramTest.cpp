@@ -152,6 +152,21 @@ TEST_F(ProgramStart, ShowsTheAboutBoxOnTheWindowInFront) {
   EXPECT_EQ(watch.Owner, &setup);
 }
 
+TEST_F(ProgramStart, OpensOneTrendWindowThatDoesNotBlock) {
+  Start();
+  auto* entry = qobject_cast<QAction*>(program_->Window().Control(u"mnuTrend"_s));
+  EXPECT_EQ(Text(u"mnuData"_s), u"&Data"_s);
+  entry->trigger();
+  entry->trigger();
+  const QList<QDialog*> trends = program_->Window().findChildren<QDialog*>(u"frmPlot"_s);
+  ASSERT_EQ(trends.size(), 1);
+  EXPECT_TRUE(trends[0]->isVisible());
+  EXPECT_FALSE(trends[0]->isModal());
+  EXPECT_EQ(trends[0]->findChild<QLabel*>(u"lblLink"_s)->text(), u"Disconnected"_s);
+  program_->Shutdown();
+  EXPECT_FALSE(trends[0]->isVisible());
+}
+
 TEST_F(ProgramStart, TakesTheSwitchedLanguageBeforeTheStoredOneAndThatBeforeTheSystems) {
   Start({u"-L7"_s});
   EXPECT_EQ(Text(u"lblCommStatus"_s), u"Disconnected"_s);

@@ -133,6 +133,10 @@ void WalkThroughHistory() {
   ExpectAccessible(u"frmHistoryOptions"_s);
   Robot::Click(u"frmHistoryOptions"_s, u"cmdCancel"_s);
   Robot::WaitForForm(u"frmHistory"_s);
+  Robot::Click(u"frmHistory"_s, u"cmdPlot"_s);
+  ExpectAccessible(u"frmPlot"_s);
+  Robot::Click(u"frmPlot"_s, u"cmdOK"_s);
+  Robot::WaitForForm(u"frmHistory"_s);
   Robot::Click(u"frmHistory"_s, u"cmdPack"_s);
   ExpectAccessible(u"FMessage"_s);
   Robot::Click(u"FMessage"_s, u"cmdButton(1)"_s);

@@ -53,6 +53,9 @@ TEST_F(LiveTrendTest, BeginsWithTheSamplesThatAreThere) {
   EXPECT_EQ(trend.Data().Channel(0).Place, u"a1"_s);
   EXPECT_EQ(trend.Data().Channel(0).Values, (std::vector<double>{1, 2}));
   EXPECT_EQ(trend.Data().Channel(1).Place, u"p2"_s);
+  // The logger counts on until it is told to begin anew.
+  EXPECT_TRUE(trend.Data().Channel(1).IsPulse());
+  EXPECT_FALSE(trend.Data().Channel(1).IsCounted());
   EXPECT_EQ(trend.Data().Channel(1).Values, (std::vector<double>{100, 200}));
 }
 
