@@ -5,6 +5,7 @@
 #include <QGuiApplication>
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QPointer>
@@ -26,6 +27,7 @@
 #include "plot/PlotWords.h"
 #include "plot/Statistics.h"
 #include "plot/StatisticsModel.h"
+#include "ui/EnterKey.h"
 
 namespace tessmar {
 namespace {
@@ -238,6 +240,12 @@ void frmPlot::ChannelTicked() {
   pltPlot_->SetShown(shown);
   ShowCursorText();
   Refresh();
+}
+
+// Enter presses the button that has the focus, and no other.
+void frmPlot::keyPressEvent(QKeyEvent* event) {
+  const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+  if (!PressFocusedButton(*this, *event) && !isEnter) QDialog::keyPressEvent(event);
 }
 
 void frmPlot::hideEvent(QHideEvent* event) {

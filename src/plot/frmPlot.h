@@ -59,6 +59,7 @@ class frmPlot : public QDialog {
   void Refresh();
   /// The data have other channels than before.
   void FillChannels();
+  void keyPressEvent(QKeyEvent* event) override;
   void hideEvent(QHideEvent* event) override;
   void changeEvent(QEvent* event) override;
 
