@@ -78,9 +78,20 @@ class Viewer : public testing::Test {
       rig_.Add(kStamp + static_cast<std::uint32_t>(i % 10) * kMinute, {4120 + i / 2, 1285, 103});
   }
   frmHistory& Open() {
-    return viewer_.emplace(HistoryViewerParts{rig_.Buffer, rig_.Settings, rig_.Link, screen_,
-                                              messages_, dialogs_, clock_, rig_.Locale, option_,
-                                              relays_, u"/opt/app"_s, nullptr, showPlot_});
+    return viewer_.emplace(HistoryViewerParts{rig_.Buffer,
+                                              rig_.Settings,
+                                              rig_.Link,
+                                              screen_,
+                                              messages_,
+                                              dialogs_,
+                                              clock_,
+                                              rig_.Locale,
+                                              option_,
+                                              relays_,
+                                              u"/opt/app"_s,
+                                              nullptr,
+                                              {},
+                                              showPlot_});
   }
   template <typename Control>
   Control* Find(const QString& name) const {
