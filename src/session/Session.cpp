@@ -103,8 +103,9 @@ bool Session::InitializeMemory() {
   LoadDefaultSettings(logger_.Settings, link_.AnalogChannelCount);
   if (!logger_.Configuration.ProgramConfiguration()) return false;
   const QString identifier = NewIdentifier();
-  return logger_.Configuration.WriteIdentifier(identifier) &&
-         logger_.Configuration.ReadIdentifier() == identifier;
+  // Only what is read back decides: an answer can be lost behind a writing that was done.
+  logger_.Configuration.WriteIdentifier(identifier);
+  return logger_.Configuration.ReadIdentifier() == identifier;
 }
 
 }  // namespace tessmar

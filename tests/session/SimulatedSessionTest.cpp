@@ -72,6 +72,26 @@ TEST_F(SimulatedSessionTest, ABlankLoggerWithABadByteIsReported) {
   ExpectAtRest();
 }
 
+// What is read back tells whether the identifier is there, and not the answer to the writing.
+TEST_F(SimulatedSessionTest, AnIdentifierThatIsReadBackRightIsGoodHoweverItsWritingWasAnswered) {
+  using Mode = sim::FailureMode;
+  for (const Mode mode : {Mode::AcknowledgeLost, Mode::WrongAcknowledge, Mode::Silent}) {
+    SCOPED_TRACE(static_cast<int>(mode));
+    Messages.All.clear();
+    Use({.BlankFlash = true});
+    Port.OnWrite = [this, mode, answer = Port.OnWrite](const Bytes& bytes) {
+      const bool writesIdentifier = bytes.size() > 6 && bytes[2] == 0x07 && bytes[5] == 0;
+      if (writesIdentifier && bytes[6] == 0) Device->AddFault({.Mode = mode, .Opcode = 0x07});
+      answer(bytes);
+    };
+    Messages.Answers = {kOk};
+    TheSession.Connect();
+    EXPECT_EQ(Messages.All.size(), 1u) << "the question alone";
+    EXPECT_TRUE(Link.Connected);
+    TheSession.Connect();
+  }
+}
+
 TEST_F(SimulatedSessionTest, OneBadAnswerDoesNotOfferToEraseTheLogger) {
   using Mode = sim::FailureMode;
   for (const Mode mode :
