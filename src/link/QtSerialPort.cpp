@@ -1,5 +1,7 @@
 #include "link/QtSerialPort.h"
 
+#include <QScopedValueRollback>
+
 #include "base/Fault.h"
 
 namespace tessmar {
@@ -100,14 +102,21 @@ void QtSerialPort::Write(std::span<const std::uint8_t> bytes) {
 
 void QtSerialPort::SetDtr(bool on) {
   RequireOpen();
-  port_.setDataTerminalReady(on);
+  SetLine(&QSerialPort::setDataTerminalReady, on);
 }
 
 void QtSerialPort::SetRts(bool on) {
   RequireOpen();
   // With RTS/CTS handshaking the line is the driver's.
   if (port_.flowControl() == QSerialPort::HardwareControl) return;
-  port_.setRequestToSend(on);
+  SetLine(&QSerialPort::setRequestToSend, on);
+}
+
+// Adapters without these lines fail in many ways, and carry bytes all the same. Whether the device
+// is still there shows at the next byte.
+void QtSerialPort::SetLine(bool (QSerialPort::*line)(bool), bool on) {
+  const QScopedValueRollback setting(isSettingLine_, true);
+  (port_.*line)(on);
 }
 
 void QtSerialPort::SetHandshaking(Handshaking handshaking) {
@@ -127,7 +136,7 @@ void QtSerialPort::TakeArrived() {
 }
 
 void QtSerialPort::OnError(QSerialPort::SerialPortError error) {
-  if (IsHarmless(error) || isGone_ || !port_.isOpen()) return;
+  if (IsHarmless(error) || isSettingLine_ || isGone_ || !port_.isOpen()) return;
   isGone_ = true;
   // The port is in the middle of telling of the error, so it is closed behind that; left open it
   // would tell of it again and again.

@@ -33,6 +33,7 @@ class QtSerialPort final : public QObject, public SerialPort {
   void SetHandshaking(Handshaking handshaking) override;
 
  private:
+  void SetLine(bool (QSerialPort::*line)(bool), bool on);
   void TakeArrived();
   void OnError(QSerialPort::SerialPortError error);
   void RequireOpen() const;
@@ -42,8 +43,9 @@ class QtSerialPort final : public QObject, public SerialPort {
   std::int16_t number_ = 0;
   QString settings_;
   std::vector<std::uint8_t> input_;
-  std::size_t taken_ = 0;  ///< Bytes at the front of input_ that were read.
-  bool isGone_ = false;    ///< The device went away; the port is closed as soon as that is safe.
+  std::size_t taken_ = 0;       ///< Bytes at the front of input_ that were read.
+  bool isSettingLine_ = false;  ///< What fails now is a line signal.
+  bool isGone_ = false;  ///< The device went away; the port is closed as soon as that is safe.
 };
 
 /// The speed at the front of a settings text such as "38400,N,8,1", in bits a second.

@@ -1,12 +1,17 @@
 #include "link/QtSerialPort.h"
 
 #include <gmock/gmock.h>
+#include <sys/ioctl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 #include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <cerrno>
+#include <cstdarg>
 #include <memory>
 #include <thread>
 
@@ -15,6 +20,27 @@
 #include "link/Comm.h"
 #include "link/LinkBench.h"
 #include "link/Pty.h"
+
+namespace {
+/// With what the switching of line signals fails in this process; 0: it is left to the device.
+int lineSignalError = 0;
+int lineSignalsRefused = 0;
+}  // namespace
+
+// Stands before the one of the C library for Qt as well.
+extern "C" int ioctl(int descriptor, unsigned long request, ...) noexcept {
+  va_list arguments;
+  va_start(arguments, request);
+  void* const argument = va_arg(arguments, void*);
+  va_end(arguments);
+  const bool isLineSignal = request == TIOCMBIS || request == TIOCMBIC || request == TIOCMSET;
+  if (isLineSignal && lineSignalError != 0) {
+    ++lineSignalsRefused;
+    errno = lineSignalError;
+    return -1;
+  }
+  return static_cast<int>(syscall(SYS_ioctl, descriptor, request, argument));
+}
 
 namespace tessmar::test {
 namespace {
@@ -183,6 +209,32 @@ TEST(QtSerialPort, IgnoresLineSignalsThatTheDeviceDoesNotHave) {
   EXPECT_TRUE(bench.Port.IsOpen());
   bench.Port.Write(Bytes{7});
   EXPECT_THAT(bench.Far->Receive(), ElementsAre(7));
+}
+
+TEST(QtSerialPort, NoFailureOfALineSignalRefusesOrClosesAPort) {
+  for (const int error : {EPIPE, EIO, EPROTO, ENOSYS, ENOTSUP, EINVAL, ENOTTY, ETIMEDOUT, EPERM,
+                          EACCES, ENODEV, ENXIO, EBADF}) {
+    SCOPED_TRACE(error);
+    PortBench bench;
+    LinkState link;
+    link.TrapErrors = true;
+    Comm comm(bench.Port, bench.Loop, link);
+    lineSignalsRefused = 0;
+    lineSignalError = error;
+    EXPECT_TRUE(comm.OpenPort(9, kSettings));
+    comm.SetHandshaking(Handshaking::None);
+    comm.SetRts(true);
+    bench.Port.SetDtr(false);
+    lineSignalError = 0;
+    EXPECT_EQ(lineSignalsRefused, 4);
+    bench.Loop.RunPending();
+    ASSERT_TRUE(bench.Port.IsOpen());
+    bench.Port.Write(Bytes{7});
+    EXPECT_THAT(bench.Far->Receive(), ElementsAre(7));
+    bench.Far->Send({8});
+    ASSERT_TRUE(bench.Until([&] { return bench.Port.InputCount() > 0; }));
+    EXPECT_THAT(bench.Port.ReadAll(), ElementsAre(8));
+  }
 }
 
 TEST(QtSerialPort, ClosesWhenTheDeviceGoesAwayWithoutSpinning) {
