@@ -18,6 +18,11 @@ constexpr int kTickMs = 100;
 /// A modem may ring for hours.
 constexpr int kMostLines = 2000;
 
+/// And what is at the other end may talk on and on without a line feed: a long line costs time with
+/// each piece that is added to it.
+constexpr int kMostCharacters = 20'000;
+constexpr int kKeptCharacters = 10'000;
+
 constexpr int kColumns = 56;
 constexpr int kRows = 14;
 
@@ -81,8 +86,17 @@ void frmModem::Append(const QString& text) {
   // The line feed alone breaks the line; NUL would end the text for whoever copies it.
   shown.remove(u'\r').remove(QChar(u'\0'));
   txtModem_->moveCursor(QTextCursor::End);
-  txtModem_->insertPlainText(shown);
+  txtModem_->insertPlainText(shown.right(kKeptCharacters));
+  ForgetOldest();
   txtModem_->ensureCursorVisible();
+}
+
+void frmModem::ForgetOldest() {
+  const int held = txtModem_->document()->characterCount();
+  if (held <= kMostCharacters) return;
+  QTextCursor cursor(txtModem_->document());
+  cursor.setPosition(held - kKeptCharacters, QTextCursor::KeepAnchor);
+  cursor.removeSelectedText();
 }
 
 void frmModem::SetTextColour(Rgb colour) {

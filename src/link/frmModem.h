@@ -27,6 +27,7 @@ class frmModem : public QDialog {
 
  private:
   void Append(const QString& text);
+  void ForgetOldest();
   void SetTextColour(Rgb colour);
 
   QPlainTextEdit* txtModem_;

@@ -355,6 +355,39 @@ TEST(frmConnect, AModemConnectionNeedsANumber) {
   EXPECT_FALSE(bench.Form->isVisible());
 }
 
+TEST(frmConnect, TheModemWindowKeepsTheEndOfAStreamWithoutLineFeeds) {
+  FormBench bench;
+  bench.LetLoggerAnswer();
+  const auto logger = bench.Port.OnWrite;
+  QString shown;
+  bench.Port.OnWrite = [&](const Bytes& written) {
+    const std::string line(written.begin(), written.end());
+    const auto answer = [&](const std::string& text) {
+      bench.Arrive(Bytes(text.begin(), text.end()), 10);
+    };
+    if (line == "ATDT555-0100\r") {
+      shown = bench.Form->findChild<QPlainTextEdit*>(u"txtModem"_s)->toPlainText();
+      answer("CONNECT 9600\r\n");
+    } else if (line == "ATZ\r") {
+      for (int piece = 0; piece < 40; ++piece)
+        bench.Arrive(Bytes(2000, static_cast<std::uint8_t>('a' + piece % 26)), 10 + piece);
+      bench.Arrive({'O', 'K', '\r', '\n'}, 60);
+    } else if (line.starts_with("AT")) {
+      answer("OK\r\n");
+    } else {
+      logger(written);
+    }
+  };
+  bench.Load();
+  bench.Click(u"optModem"_s);
+  bench.Combo(u"cmbNumber"_s).setEditText(u"555-0100"_s);
+  bench.Click(u"cmdConnect"_s);
+  EXPECT_TRUE(bench.Link.Connected);
+  EXPECT_LE(shown.size(), 20'000);
+  EXPECT_GE(shown.size(), 10'000);
+  EXPECT_TRUE(shown.endsWith(u"nnnOK\nOK\n"_s)) << shown.right(20).toStdString();
+}
+
 TEST(frmConnect, DialsShowsTheDialogueAndConnects) {
   FormBench bench;
   bench.LetLoggerAnswer();
