@@ -10,7 +10,7 @@ namespace {
 
 using enum FailureMode;
 
-constexpr std::array<FailureModeName, 17> kModes = {{
+constexpr std::array<FailureModeName, 21> kModes = {{
     {Silent, "silent", "carries out the request and says nothing"},
     {RequestLost, "request-lost", "never sees the request"},
     {AcknowledgeLost, "acknowledge-lost", "leaves out the 0xFA, sends the rest"},
@@ -27,6 +27,10 @@ constexpr std::array<FailureModeName, 17> kModes = {{
     {IllegalVersion, "illegal-version", "claims nine analog channels"},
     {IllegalBlockCount, "illegal-block-count", "claims a record more than fit into a block"},
     {MoreRecords, "more-records", "delivers 25 (or COUNT) records more than promised"},
+    {NoiseAhead, "noise-ahead", "sends noise ahead of the acknowledge"},
+    {NoiseBehind, "noise-behind", "sends noise behind the answer"},
+    {HeldAnswer, "held-answer", "keeps the answer back until the next request"},
+    {LateCopy, "late-copy", "sends the answer again a second and a half later"},
     {RandomLoss, "random-loss", "loses acknowledges and replies at a rate (0.1)"},
 }};
 

@@ -27,6 +27,10 @@ enum class FailureMode {
   IllegalVersion,          ///< The version reply claims nine analog channels.
   IllegalBlockCount,       ///< A block claims one record more than fit into it.
   MoreRecords,             ///< An upload delivers more records than the status promised.
+  NoiseAhead,              ///< Noise stands ahead of the acknowledge.
+  NoiseBehind,             ///< Noise follows the answer.
+  HeldAnswer,              ///< The answer comes when the next request does, ahead of that one's.
+  LateCopy,                ///< The whole answer comes once more, a second and a half later.
   RandomLoss,              ///< Acknowledges and replies are lost at a rate, each on its own.
 };
 

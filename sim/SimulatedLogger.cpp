@@ -1,6 +1,7 @@
 #include "SimulatedLogger.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "LoggerSetup.h"
 
@@ -12,6 +13,7 @@ using namespace std::chrono_literals;
 constexpr std::uint8_t kWrongAcknowledge = 0xFB;
 constexpr Micros kLateBy = 1500ms;
 constexpr std::array<std::uint8_t, 5> kJunk = {0x00, 0x13, 0x55, 0xFF, 0xFA};
+constexpr std::array<std::uint8_t, 2> kNoise = {0x55, 0xFF};
 constexpr std::uint32_t kIntervalAddress = LoggerMemory::kFirstArea + 32;
 constexpr CivilSeconds kPulseHistory{172800};  // two days
 
@@ -85,6 +87,7 @@ void SimulatedLogger::OnRequest(Request request, Micros now) {
   const std::uint8_t opcode = request.front();
   if (faults_.Strikes(FailureMode::RequestLost, opcode)) return;
   ++requests_[opcode];
+  ReleaseHeld(now);
   if (options_.LiveRecords) records_.AdvanceTo(World(now));
 
   const auto command =
@@ -112,12 +115,32 @@ void SimulatedLogger::Reply(const Answer& answer, std::uint8_t opcode, Micros no
   }
   if (!rest.empty() && faults_.Strikes(FailureMode::RandomLoss, opcode)) rest.clear();
 
+  if (faults_.Strikes(FailureMode::NoiseAhead, opcode))
+    acknowledge.insert(acknowledge.begin(), kNoise.begin(), kNoise.end());
+  if (faults_.Strikes(FailureMode::NoiseBehind, opcode))
+    rest.insert(rest.end(), kNoise.begin(), kNoise.end());
+  if (faults_.Strikes(FailureMode::HeldAnswer, opcode)) {
+    Hold(acknowledge, rest);
+    return;
+  }
   if (faults_.Strikes(FailureMode::LateAnswer, opcode)) now += kLateBy;
   const int times = faults_.Strikes(FailureMode::AnswerTwice, opcode) ? 2 : 1;
   for (int time = 0; time < times; ++time) {
     wire_.Send(acknowledge, now);
     wire_.Send(rest, now + answer.WorkTime);
   }
+  if (!faults_.Strikes(FailureMode::LateCopy, opcode)) return;
+  wire_.Send(acknowledge, now + kLateBy);
+  wire_.Send(rest, now + kLateBy + answer.WorkTime);
+}
+
+void SimulatedLogger::Hold(const Bytes& acknowledge, const Bytes& rest) {
+  held_.insert(held_.end(), acknowledge.begin(), acknowledge.end());
+  held_.insert(held_.end(), rest.begin(), rest.end());
+}
+
+void SimulatedLogger::ReleaseHeld(Micros now) {
+  wire_.Send(std::exchange(held_, {}), now);
 }
 
 Bytes SimulatedLogger::ReplyBytes(const Bytes& payload, std::uint8_t opcode) {

@@ -74,6 +74,8 @@ class SimulatedLogger final : public LineDevice {
 
   void OnLetter(std::uint8_t letter, Micros now);
   void OnRequest(Request request, Micros now);
+  void Hold(const Bytes& acknowledge, const Bytes& rest);
+  void ReleaseHeld(Micros now);
   void Reply(const Answer& answer, std::uint8_t opcode, Micros now);
   Bytes ReplyBytes(const Bytes& payload, std::uint8_t opcode);
 
@@ -119,6 +121,7 @@ class SimulatedLogger final : public LineDevice {
   Micros eraseTime_{2'000'000};
   Micros deafUntil_{};
   std::uint32_t stuckAddress_;
+  Bytes held_;  ///< Answers that wait for the next request.
   std::array<int, 256> requests_{};
   int commits_ = 0;
 };

@@ -26,11 +26,12 @@ struct Shape {
 constexpr std::array<Shape, 8> kShapes{
     {{8, 2}, {1, 0}, {3, 1}, {8, 0}, {2, 2}, {5, 0}, {1, 2}, {6, 1}}};
 
-constexpr std::array<FailureMode, 11> kModes{
+constexpr std::array<FailureMode, 15> kModes{
     FailureMode::RequestLost,      FailureMode::Silent,       FailureMode::AcknowledgeLost,
     FailureMode::WrongAcknowledge, FailureMode::CorruptCheck, FailureMode::WrongLength,
     FailureMode::JunkAhead,        FailureMode::BadEscape,    FailureMode::LateAnswer,
-    FailureMode::StopsMidFrame,    FailureMode::RandomLoss};
+    FailureMode::StopsMidFrame,    FailureMode::NoiseAhead,   FailureMode::NoiseBehind,
+    FailureMode::HeldAnswer,       FailureMode::LateCopy,     FailureMode::RandomLoss};
 
 /// A logger behind a line that holds up each answer for a while of its own. Answers keep their
 /// order.
@@ -111,8 +112,8 @@ TEST_F(UploadCampaign, EachFailureAlone) {
     }
   }
   Report(kSeed);
-  EXPECT_EQ(tally_.Uploads, 176);
-  EXPECT_EQ(tally_.Complete, 176);
+  EXPECT_EQ(tally_.Uploads, 240);
+  EXPECT_EQ(tally_.Complete, 240);
   EXPECT_GT(tally_.Failures, 160);
 }
 
@@ -132,7 +133,7 @@ TEST_F(UploadCampaign, AnswersThatComeTwice) {
 }
 
 TEST_F(UploadCampaign, FailuresMixedAtRandom) {
-  for (std::uint32_t seed = 1; seed <= 120; ++seed) {
+  for (std::uint32_t seed = 1; seed <= 150; ++seed) {
     std::mt19937 luck(seed);
     const auto pick = [&luck](int count) {
       return static_cast<int>(luck() % static_cast<std::uint32_t>(count));
@@ -143,7 +144,7 @@ TEST_F(UploadCampaign, FailuresMixedAtRandom) {
     std::vector<sim::Fault> faults;
     for (int i = 0; i < 3; ++i) {
       const double rate = 0.02 + 0.01 * pick(15);
-      faults.push_back({.Mode = kModes[static_cast<std::size_t>(pick(11))],
+      faults.push_back({.Mode = kModes[static_cast<std::size_t>(pick(15))],
                         .Count = std::nullopt,
                         .Rate = rate});
     }
@@ -155,8 +156,57 @@ TEST_F(UploadCampaign, FailuresMixedAtRandom) {
     Run(options, faults);
     if (HasFatalFailure()) return;
   }
-  Report(120);
-  EXPECT_GT(tally_.Complete, 110);
+  Report(150);
+  EXPECT_GT(tally_.Complete, 140);
+}
+
+// The logger's read pointer stands anywhere in an upload before this one.
+TEST_F(UploadCampaign, AfterAnUploadThatWasBrokenOff) {
+  for (std::uint32_t seed = 1; seed <= 60; ++seed) {
+    SCOPED_TRACE(seed);
+    std::mt19937 luck(seed);
+    const Shape shape = kShapes[luck() % kShapes.size()];
+    const int records = 1 + static_cast<int>(luck() % 300);
+    UploadRig rig(OptionsFor(shape, records, seed % 2 == 0 ? 9600 : 0, seed), buffer_);
+    const auto enough = static_cast<std::int32_t>(luck() % 320);
+    rig.Pull({[&] { return buffer_.Count() < enough; }, [] {}});
+    rig.Logger.AddFault({.Mode = FailureMode::RequestLost, .Count = 1, .Opcode = 0x0D});
+    rig.Logger.AddFault({.Mode = kModes[seed % kModes.size()], .Count = std::nullopt, .Rate = 0.1});
+    const UploadEnd end = rig.Pull();
+    ++tally_.Uploads;
+    tally_.Failures += rig.Upload().TotalFailures();
+    ASSERT_EQ(end, UploadEnd::Complete);
+    ++tally_.Complete;
+    ASSERT_EQ(rig.Received(), rig.Stored(records));
+  }
+  Report(60);
+}
+
+// A clock that stands still makes all blocks equal: the number of records is all there is to go by.
+// What is not complete says so.
+TEST_F(UploadCampaign, EqualBlocksAreCompleteOrSaidToBeShort) {
+  int shortOnes = 0;
+  for (std::uint32_t seed = 1; seed <= 60; ++seed) {
+    SCOPED_TRACE(seed);
+    std::mt19937 luck(seed);
+    sim::LoggerOptions options = OptionsFor(kShapes[luck() % kShapes.size()], 150, 0, seed);
+    options.ClockStopsAt = static_cast<int>(luck() % 100);
+    UploadRig rig(options, buffer_);
+    rig.Logger.AddFault(
+        {.Mode = kModes[seed % kModes.size()], .Count = std::nullopt, .Rate = 0.05});
+    const UploadEnd end = rig.Pull();
+    ++tally_.Uploads;
+    tally_.Failures += rig.Upload().TotalFailures();
+    ASSERT_EQ(end, UploadEnd::Complete);
+    if (rig.Upload().IsShort()) {
+      ++shortOnes;
+      continue;
+    }
+    ++tally_.Complete;
+    ASSERT_EQ(rig.Received(), rig.Stored(150));
+  }
+  Report(60);
+  EXPECT_LE(shortOnes, 6);
 }
 
 TEST_F(UploadCampaign, AFailureForGoodEndsEveryUploadAsFailed) {

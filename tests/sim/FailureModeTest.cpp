@@ -98,6 +98,29 @@ TEST(FailureModes, AnswerTwice) {
   EXPECT_EQ(AskWith(FailureMode::AnswerTwice, kAskCommit), "FA FC FA FC");
 }
 
+TEST(FailureModes, NoiseStandsAheadOfTheAcknowledgeOrBehindTheAnswer) {
+  EXPECT_EQ(AskWith(FailureMode::NoiseAhead, kAskCommit), "55 FF FA FC");
+  EXPECT_EQ(AskWith(FailureMode::NoiseBehind, kAskCommit), "FA FC 55 FF");
+}
+
+TEST(FailureModes, HeldAnswerComesAheadOfTheNextOne) {
+  SimulatedLogger logger;
+  logger.AddFault({.Mode = FailureMode::HeldAnswer, .Count = 1});
+  EXPECT_EQ(Ask(logger, kAskCommit), "");
+  EXPECT_EQ(Ask(logger, kAskVersion), std::string("FA FC ") + std::string(kGoodVersion));
+  EXPECT_EQ(Ask(logger, kAskVersion), kGoodVersion);
+}
+
+TEST(FailureModes, LateCopyComesASecondAndAHalfBehindTheAnswer) {
+  SimulatedLogger logger;
+  logger.AddFault({.Mode = FailureMode::LateCopy, .Count = 1});
+  logger.Receive(Hex(kAskVersion), 1000ms);
+  const std::vector<sim::Output> outputs = logger.TakeOutput();
+  ASSERT_EQ(outputs.size(), 2U);
+  EXPECT_EQ(outputs[0], (sim::Output{1000ms, Hex(kGoodVersion)}));
+  EXPECT_EQ(outputs[1], (sim::Output{2500ms, Hex(kGoodVersion)}));
+}
+
 TEST(FailureModes, StopsMidFrame) {
   EXPECT_EQ(AskWith(FailureMode::StopsMidFrame, kAskVersion), "FA F8 0A 15 08 02 00");
 }
