@@ -29,7 +29,7 @@ constexpr std::array kSteps{
     TickStep{7 * 86400}, TickStep{14 * 86400}, TickStep{0, 1},      TickStep{0, 2},
     TickStep{0, 3},      TickStep{0, 6},       TickStep{0, 12},     TickStep{0, 24},
     TickStep{0, 60},     TickStep{0, 120},     TickStep{0, 240},    TickStep{0, 600},
-    TickStep{0, 1200},
+    TickStep{0, 1200},   TickStep{0, 2400},    TickStep{0, 6000},   TickStep{0, 12000},
 };
 
 TickStep StepFor(TimeRange range, int most) {

@@ -55,7 +55,8 @@ TEST_F(PlotMemoryTest, StandsNonsense) {
     Write(QByteArray("[Plot]\nSize=") + size + "\n");
     EXPECT_FALSE(memory_.Size().isValid()) << size;
   }
-  const PlotMemory nowhere(u"/no/such/folder/store.ini"_s);
+  // A file in place of the folder: a missing one would be made.
+  const PlotMemory nowhere(folder_.filePath(u"store.ini/store.ini"_s));
   nowhere.Remember({900, 700}, kChannels, {false, true});
   EXPECT_TRUE(nowhere.IsShown(kChannels[1]));
 }
