@@ -16,6 +16,7 @@ using namespace Qt::StringLiterals;
 
 constexpr double kScaleRoom = 0.06;  // Above and below what is in view.
 constexpr int kLeastStripHeight = 24;
+constexpr int kBetweenStrips = 3;
 constexpr int kValueTickDistance = 34;  // Pixels.
 
 QColor Colour(Rgb rgb) {
@@ -135,20 +136,21 @@ void PlotStrips::AddHeadLine() {
 
 void PlotStrips::AddStrip(const QString& unit, int row) {
   Strip strip{.Unit = unit, .Graphs = {}};
-  strip.Legend = new QCPLegend;
-  plotLayout()->addElement(row, 0, strip.Legend);
-  plotLayout()->setRowStretchFactor(row, 0.001);
-  strip.Legend->setLayer(u"legend"_s);
-  strip.Legend->setFillOrder(QCPLegend::foColumnsFirst);
-  strip.Legend->setBorderPen(Qt::NoPen);
-  strip.Legend->setMargins({6, 2, 6, 0});
-  strip.Legend->setSelectableParts(QCPLegend::spNone);
-
   strip.Rect = new QCPAxisRect(this, true);
   strip.Rect->setMinimumSize(50, kLeastStripHeight);
   strip.Rect->setupFullAxesBox(false);
   strip.Rect->setMarginGroup(QCP::msLeft | QCP::msRight, margins_);
-  plotLayout()->addElement(row + 1, 0, strip.Rect);
+  plotLayout()->addElement(row, 0, strip.Rect);
+
+  // Beside the strip, where it hides nothing.
+  strip.Legend = new QCPLegend;
+  plotLayout()->addElement(row, 1, strip.Legend);
+  plotLayout()->setColumnStretchFactor(1, 0.001);
+  strip.Legend->setLayer(u"legend"_s);
+  strip.Legend->setBorderPen(Qt::NoPen);
+  strip.Legend->setMargins({0, 0, 8, 0});
+  strip.Legend->setRowSpacing(0);
+  strip.Legend->setSelectableParts(QCPLegend::spNone);
   for (const int channel : ShownChannels())
     if (data_.Channel(channel).Unit == unit) AddGraph(strip, channel);
   strips_.push_back(strip);
@@ -199,8 +201,10 @@ void PlotStrips::DressStrip(const Strip& strip, bool last) {
   time->setLabel(
       last ? PlotText(corrected ? PlotTextId::CorrectedTimeAxis : PlotTextId::LoggerTimeAxis)
            : QString());
-  QCPAxis* value = strip.Rect->axis(QCPAxis::atLeft);
-  value->setLabel(strip.Unit.trimmed());
+  // As much room for the strips as there is: only the lowest has labels below.
+  strip.Rect->setAutoMargins(last ? QCP::msLeft | QCP::msRight | QCP::msBottom
+                                  : QCP::msLeft | QCP::msRight);
+  strip.Rect->setMargins({0, kBetweenStrips, 0, kBetweenStrips});
   strip.Legend->setFont(font());
   strip.Legend->setTextColor(text);
   strip.Legend->setBrush(Qt::NoBrush);
@@ -250,12 +254,18 @@ Extent PlotStrips::ExtentInView(int channel) const {
 
 std::optional<QCPRange> PlotStrips::FittedScale(const Strip& strip) const {
   Extent extent;
+  bool counted = true;
   for (const SeriesGraph* graph : strip.Graphs) {
     const Extent one = ExtentInView(graph->Channel());
     extent.Add(one);
-    if (one.Any() && data_.Channel(graph->Channel()).IsCounted()) extent.Add(0);
+    const bool counts = data_.Channel(graph->Channel()).IsCounted();
+    if (one.Any() && counts) extent.Add(0);
+    counted = counted && counts;
   }
   if (!extent.Any()) return std::nullopt;
+  // Bars stand on the ground.
+  if (counted && extent.Least == 0)
+    return QCPRange(0, extent.Greatest > 0 ? extent.Greatest * (1 + kScaleRoom) : 1);
   double room = (extent.Greatest - extent.Least) * kScaleRoom;
   if (!(room > 0)) room = std::max(std::abs(extent.Greatest) * kScaleRoom, 0.5);
   return QCPRange(extent.Least - room, extent.Greatest + room);
@@ -294,9 +304,9 @@ void PlotStrips::NameGraphs() {
       if (series.IsCounted()) {
         const Extent extent = data_.ExtentIn(graph->Channel(), view_);
         const QString sum = extent.Any() ? FormatValue(extent.Sum, series.Decimals) : u"---"_s;
-        name += u" – "_s + PlotText(PlotTextId::Sum) + u' ' + sum;
+        name += u'\n' + PlotText(PlotTextId::Sum) + u' ' + sum;
       } else if (data_.JoinsAnyDistance()) {
-        name += u" – "_s + PlotText(PlotTextId::Joined);
+        name += u'\n' + PlotText(PlotTextId::Joined);
       }
       graph->setName(name);
     }
