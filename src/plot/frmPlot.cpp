@@ -203,12 +203,13 @@ void frmPlot::FillChannels() {
     item->setCheckState(shown.back() ? Qt::Checked : Qt::Unchecked);
   }
   lstChannels_->setCurrentRow(0);
-  const int width = lstChannels_->sizeHintForColumn(0) + 2 * lstChannels_->frameWidth() +
-                    style()->pixelMetric(QStyle::PM_ScrollBarExtent);
-  lstChannels_->setFixedWidth(qBound(140, width, 260));
   filling_ = false;
   pltPlot_->SetShown(shown);
   PaintChannelIcons();
+  // As wide as the names, with their icons.
+  const int width = lstChannels_->sizeHintForColumn(0) + 2 * lstChannels_->frameWidth() +
+                    style()->pixelMetric(QStyle::PM_ScrollBarExtent);
+  lstChannels_->setFixedWidth(qBound(140, width, 260));
 }
 
 void frmPlot::PaintChannelIcons() {
