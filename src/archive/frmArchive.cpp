@@ -38,7 +38,7 @@ QString CountText(std::size_t uploads) {
 
 void frmArchive::keyPressEvent(QKeyEvent* event) {
   if (event->key() == Qt::Key_Delete && focusWidget() == tblUploads_) return cmdDelete_Click();
-  if (PressFocusedButton(*this, event)) return;
+  if (PressFocusedButton(*this, *event)) return;
   // Elsewhere it presses nothing.
   const bool enter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
   if (!enter) QDialog::keyPressEvent(event);

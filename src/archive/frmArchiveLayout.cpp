@@ -25,7 +25,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using Id = WindowTextId;
 
-constexpr int kWidthInCharacters = 120;
+constexpr int kWidthInCharacters = 145;
 constexpr int kHeightInLines = 36;
 
 QString WithoutMnemonic(QString text) {
@@ -133,8 +133,8 @@ void frmArchive::BuildTables() {
   logbookFilter_.setSourceModel(&logbookModel_);
   SetUpTable(tblUploads_, u"tblUploads"_s, GetText(Id::Uploads), &uploadsFilter_);
   SetUpTable(tblLogbook_, u"tblLogbook"_s, GetText(Id::Logbook), &logbookFilter_);
-  SetWidths(tblUploads_, std::array{20, 22, 14, 16, 13, 14});
-  SetWidths(tblLogbook_, std::array{20, 22, 20});
+  SetWidths(tblUploads_, std::array{27, 22, 13, 15, 12, 12});
+  SetWidths(tblLogbook_, std::array{27, 22, 20});
 }
 
 void frmArchive::BuildButtons() {
