@@ -1,5 +1,7 @@
 #include "app/MainActions.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QScopeGuard>
 #include <utility>
 
@@ -11,6 +13,10 @@ namespace {
 using namespace Qt::StringLiterals;
 
 const auto kSamplingBox = u"chkSampleContinuously"_s;
+
+QByteArray Json(const QJsonObject& object) {
+  return QJsonDocument(object).toJson(QJsonDocument::Compact);
+}
 
 }  // namespace
 
@@ -60,7 +66,12 @@ void MainActions::ClearHistory() {
   const int answer = messages_.MsgBox(GetText(TextId::AskClearHistory), kYesNo | kQuestion,
                                       GetText(TextId::ClearHistoryTitle));
   if (answer != kYes || loop_.Ending()) return;
-  logger_.Commands.ClearHistory();
+  const std::int32_t records = link_.RecordCount;
+  if (logger_.Commands.ClearHistory()) {
+    logger_.Book.Note({.Kind = EventKind::Cleared,
+                       .Text = u"history cleared, %1 records"_s.arg(records),
+                       .Before = Json({{u"records"_s, records}})});
+  }
   ReadStatusAndClock();
 }
 
@@ -71,8 +82,20 @@ void MainActions::SynchronizeTime() {
   if (!MayStartOperation(link_)) return;
   const BusyScope busy(link_);
   const WaitCursorScope waiting(screen_);
-  logger_.Commands.SetLoggerTime(logger_.Commands.ClockText());
+  const std::optional<std::int32_t> before = link_.ClockOffsetS;
+  const bool set = logger_.Commands.SetLoggerTime(logger_.Commands.ClockText());
   ReadStatusAndClock();
+  if (set) NoteSynced(before);
+}
+
+void MainActions::NoteSynced(std::optional<std::int32_t> before) {
+  const auto offset = [](std::optional<std::int32_t> seconds) {
+    return seconds ? Json({{u"clock_offset_s"_s, *seconds}}) : QByteArray();
+  };
+  logger_.Book.Note({.Kind = EventKind::Synced,
+                     .Text = before ? u"clock set, it was %1 s off"_s.arg(*before) : u"clock set"_s,
+                     .Before = offset(before),
+                     .After = offset(link_.ClockOffsetS)});
 }
 
 void MainActions::ReadStatusAndClock() {
@@ -99,7 +122,8 @@ void MainActions::Setup() {
 void MainActions::ResetPulseAccumulators() {
   if (!MayStartOperation(link_)) return;
   const BusyScope busy(link_);
-  logger_.Commands.ResetPulseAccumulators();
+  if (logger_.Commands.ResetPulseAccumulators())
+    logger_.Book.Note({.Kind = EventKind::Reset, .Text = u"pulse accumulators reset"_s});
   logger_.Display.ZeroPulseValues();
 }
 

@@ -1,6 +1,8 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 
 #include "base/MainScreen.h"
 #include "base/MessageLoop.h"
@@ -46,6 +48,7 @@ class MainActions {
 
  private:
   void ReadStatusAndClock();
+  void NoteSynced(std::optional<std::int32_t> before);
 
   LiveLogger logger_;
   LinkState& link_;

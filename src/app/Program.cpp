@@ -10,6 +10,7 @@
 
 #include "ProgramVersion.h"
 #include "app/MainLocalizer.h"
+#include "app/SupportDetails.h"
 #include "app/frmAbout.h"
 #include "app/frmSplash.h"
 #include "archive/frmArchive.h"
@@ -55,6 +56,7 @@ QString Title() {
 Program::Program(ProgramEnvironment environment, const SystemLocale& locale)
     : environment_(std::move(environment)),
       locale_(locale),
+      log_(environment_.LogPath, clock_),
       store_(environment_.StorePath, locale_.Locale()),
       ports_(environment_.PortNames, ReadPortsFile(PortsPath(environment_.StorePath))),
       archive_(environment_.ArchivePath, {.Link = link_,
@@ -62,15 +64,20 @@ Program::Program(ProgramEnvironment environment, const SystemLocale& locale)
                                           .Time = clock_,
                                           .Source = [this] { return ConnectionSource(); },
                                           .Program = ProgramVersionText()}),
-      port_(ports_),
-      messages_([this] { return loop_.Ending(); }),
+      serialPort_(ports_),
+      port_(serialPort_, log_, environment_.TraceLine),
+      messageDialogs_([this] { return loop_.Ending(); }),
+      messages_(messageDialogs_, log_),
       fileDialogs_(messages_, [this] { return loop_.Ending(); }),
       comm_(port_, loop_, link_),
       commands_(comm_, link_, clock_, locale_),
       display_(link_, settings_, ring_, window_, locale_),
       programming_(commands_, link_, settings_, display_),
-      logger_{link_, settings_, commands_, programming_, display_},
+      logger_{link_, settings_, commands_, programming_, display_, archive_},
       pollLoop_(logger_, window_, loop_, words_),
+      statusLine_(link_, settings_, locale_, window_,
+                  [this] { return archive_.RecordsNotArchived(); }),
+      activity_(log_, link_),
       session_(logger_, comm_, pollLoop_, window_, messages_, loop_,
                [this] { ShowConnectDialog(); }),
       imageImport_(link_, settings_, display_, window_, history_, archive_, messages_, fileDialogs_,
@@ -109,7 +116,7 @@ Program::Program(ProgramEnvironment environment, const SystemLocale& locale)
     timer->setTimerType(Qt::PreciseTimer);
   }
   pollLoop_.KeepSamples(archive_);
-  QObject::connect(&timer1_, &QTimer::timeout, &window_, [this] { pollLoop_.Timer1Tick(); });
+  QObject::connect(&timer1_, &QTimer::timeout, &window_, [this] { Timer1Tick(); });
   QObject::connect(&timer2_, &QTimer::timeout, &window_, [this] { pollLoop_.Timer2Tick(); });
 }
 
@@ -122,6 +129,7 @@ Program::~Program() {
 }
 
 void Program::Start() {
+  log_.Write(Title() + u" begins"_s);
   ApplyLanguage();
   ApplySwitches();
   window_.SetCaption(u"frmMain"_s, u"Tessmar DO Monitor"_s);
@@ -216,6 +224,7 @@ void Program::EndNow() {
 }
 
 void Program::CloseEverything(int status) {
+  log_.Write(u"ends"_s);
   comm_.ClosePort();
   timer1_.stop();
   timer2_.stop();
@@ -242,6 +251,7 @@ QString Program::NotSaved() const {
 }
 
 void Program::Perform(MainCommand command) {
+  activity_.Command(command);
   switch (command) {
     case MainCommand::ToggleConnection:
       return actions_.Connect();
@@ -299,6 +309,12 @@ QString Program::ConnectionSource() const {
 void Program::ReportKept() {
   const QString report = archive_.TakeReport();
   if (!report.isEmpty()) messages_.MsgBox(report, kExclamation, window_.windowTitle());
+}
+
+void Program::Timer1Tick() {
+  pollLoop_.Timer1Tick();
+  if (!loop_.Ending()) statusLine_.Show();
+  activity_.Tick();
 }
 
 void Program::ShowConnectDialog() {
@@ -432,6 +448,7 @@ void Program::ShowSetup(bool mayProgram) {
                   .Time = clock_,
                   .Locale = locale_,
                   .Recent = recentFiles_,
+                  .Book = archive_,
                   .AppPath = FirstFolderOfDialogs(environment_.AppPath),
                   .ShowDoHelpEntry = !helpFiles_.DissolvedOxygen.isEmpty(),
                   .ShowHelp = [this] { help_.Open(helpFiles_.Logger); },
@@ -452,7 +469,9 @@ std::optional<ImportChoice> Program::AskImportChoice() {
 
 void Program::ShowAbout() {
   // The setup screen has an entry for it, too.
-  frmAbout about(window_.windowTitle(), ActiveWindow());
+  frmAbout about(window_.windowTitle(), ActiveWindow(), [this] {
+    return SupportDetails(window_.windowTitle(), locale_, link_, port_, log_);
+  });
   about.exec();
 }
 

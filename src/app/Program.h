@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 
+#include "app/ActivityLog.h"
 #include "app/CloseRequests.h"
 #include "app/CommandLine.h"
 #include "app/Help.h"
@@ -17,13 +18,16 @@
 #include "archive/Journal.h"
 #include "archive/JournalTimer.h"
 #include "base/Clock.h"
+#include "base/LoggedMessages.h"
 #include "base/QtMessageLoop.h"
+#include "base/SupportLog.h"
 #include "base/SystemLocale.h"
 #include "history/HistoryBuffer.h"
 #include "history/ImageImport.h"
 #include "link/Comm.h"
 #include "link/ConnectionSettings.h"
 #include "link/LinkState.h"
+#include "link/LoggedPort.h"
 #include "link/PortMap.h"
 #include "link/QtSerialPort.h"
 #include "link/cmd.h"
@@ -36,6 +40,7 @@
 #include "session/PersistedSettings.h"
 #include "session/PollLoop.h"
 #include "session/Session.h"
+#include "session/StatusLine.h"
 #include "settings/LoggerSettings.h"
 #include "setup/Programming.h"
 #include "setup/RecentFiles.h"
@@ -57,6 +62,8 @@ struct ProgramEnvironment {
   QString StorePath;                 ///< The file of the persisted settings.
   QString PortNames;                 ///< Port overrides of the environment, see PortMap.
   QString ArchivePath = {};          ///< The file of the archive; empty keeps nothing.
+  QString LogPath = {};              ///< Of the log for support; empty keeps none.
+  bool TraceLine = false;            ///< The log says what goes over the line, too.
   std::function<void()> EndProcess;  ///< Ends the process at once; for File, Exit.
 };
 
@@ -94,6 +101,7 @@ class Program {
 
   frmMain& Window() { return window_; }
   const LinkState& Link() const { return link_; }
+  const SupportLog& Log() const { return log_; }
   const CommandLine& Switches() const { return switches_; }
 
  private:
@@ -102,6 +110,7 @@ class Program {
   void ShowStartState();
   void ReadSettings();
   void Perform(MainCommand command);
+  void Timer1Tick();
 
   void ShowConnectDialog();
   void GetHistory();
@@ -128,6 +137,7 @@ class Program {
   ProgramEnvironment environment_;
   SystemLocale locale_;
   SystemClock clock_;
+  SupportLog log_;
   CommandLine switches_;
   ConnectionWords words_;
   QTranslator qtTexts_;
@@ -144,9 +154,11 @@ class Program {
   PortMap ports_;
   Journal archive_;
   QtMessageLoop loop_;
-  QtSerialPort port_;
+  QtSerialPort serialPort_;
+  LoggedPort port_;
   frmMain window_;
-  MessageDialogs messages_;
+  MessageDialogs messageDialogs_;
+  LoggedMessages messages_;
   QtFileDialogs fileDialogs_;
 
   Comm comm_;
@@ -155,6 +167,8 @@ class Program {
   Programming programming_;
   LiveLogger logger_;
   PollLoop pollLoop_;
+  StatusLine statusLine_;
+  ActivityLog activity_;
   Session session_;
   ImageImport imageImport_;
   MainActions actions_;

@@ -1,6 +1,9 @@
 #include "app/frmAbout.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QLabel>
+#include <QPushButton>
 
 #include "base/TextTable.h"
 #include "ui/Pictures.h"
@@ -37,7 +40,8 @@ void Widen(QLabel* label, int width) {
 
 }  // namespace
 
-frmAbout::frmAbout(const QString& title, QWidget* parent) : QDialog(parent) {
+frmAbout::frmAbout(const QString& title, QWidget* parent, const std::function<QString()>& details)
+    : QDialog(parent) {
   setObjectName(u"frmAbout"_s);
   setWindowTitle(GetText(TextId::AboutCaption));
   setAccessibleName(windowTitle());
@@ -62,6 +66,21 @@ frmAbout::frmAbout(const QString& title, QWidget* parent) : QDialog(parent) {
                         kCopyrightTopPercent),
         width());
   Widen(LineOverPicture(this, u"lblLicence"_s, LicenceText(), kLicenceTopPercent), width());
+  if (details) AddCopyDetails(details);
+}
+
+void frmAbout::AddCopyDetails(const std::function<QString()>& details) {
+  // In the sky: what stands over the water keeps its places.
+  constexpr int kButtonTopPercent = 4;
+  auto* button = new QPushButton(
+      InLanguage(u"Copy details for support", u"Angaben für den Support kopieren"), this);
+  button->setObjectName(u"cmdCopyDetails"_s);
+  button->adjustSize();
+  button->move((width() - button->width()) / 2, height() * kButtonTopPercent / 100);
+  QObject::connect(button, &QPushButton::clicked, this, [button, details] {
+    QGuiApplication::clipboard()->setText(details());
+    button->setText(InLanguage(u"Copied", u"Kopiert"));
+  });
 }
 
 }  // namespace tessmar

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <functional>
 
 namespace tessmar {
 
@@ -8,8 +9,13 @@ namespace tessmar {
 /// closes it.
 class frmAbout : public QDialog {
  public:
-  /// @param title  of the main window, with the version.
-  explicit frmAbout(const QString& title, QWidget* parent = nullptr);
+  /// @param title    of the main window, with the version.
+  /// @param details  what cmdCopyDetails copies; without it the button is not there.
+  explicit frmAbout(const QString& title, QWidget* parent = nullptr,
+                    const std::function<QString()>& details = {});
+
+ private:
+  void AddCopyDetails(const std::function<QString()>& details);
 };
 
 }  // namespace tessmar

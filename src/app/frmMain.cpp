@@ -112,6 +112,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
   rows->addLayout(MakeStateRow());
   rows->addLayout(MakeTotalsRow());
   rows->addLayout(MakeCommandRow());
+  rows->addLayout(MakeStatusLine());
   setCentralWidget(centre);
   MakeMenus();
 
@@ -232,6 +233,16 @@ QHBoxLayout* frmMain::MakeCommandRow() {
   connect(sampling, &QCheckBox::clicked, this,
           [this] { Q_EMIT CommandRequested(MainCommand::SamplingClicked); });
   row->addWidget(sampling);
+  return row;
+}
+
+QHBoxLayout* frmMain::MakeStatusLine() {
+  constexpr std::pair<const char*, int> kFacts[] = {
+      {"lblArchived", 44}, {"lblClockDrift", 30}, {"lblMemoryFull", 48}};
+  auto* row = new QHBoxLayout;
+  row->setSpacing(16);
+  for (const auto& [name, characters] : kFacts)
+    row->addWidget(Add(new FittingLabel(characters), QString::fromLatin1(name)), characters);
   return row;
 }
 

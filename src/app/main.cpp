@@ -38,11 +38,14 @@ int main(int argc, char** argv) {
       .StorePath = PersistedSettings::DefaultPath(),
       .PortNames = qEnvironmentVariable("TESSMAR_PORTS"),
       .ArchivePath = Store::DefaultPath(),
+      .LogPath = SupportLog::DefaultPath(),
+      .TraceLine = qEnvironmentVariable("TESSMAR_TRACE") == QLatin1StringView("1"),
       .EndProcess = [] { std::_Exit(EXIT_SUCCESS); },
   });
   application.OnFault = [&program](const Fault& fault) {
     // Otherwise a fault that no operation has caught ends what it happened in, no more.
     std::fprintf(stderr, "TessmarLogger: %s\n", fault.what());
+    program.Log().Write(QStringLiteral("fault: ") + QString::fromUtf8(fault.what()));
     if (!program.AreFaultsFatal()) return;
     QMessageBox::critical(nullptr, QStringLiteral("Tessmar DO Monitor"),
                           QString::fromUtf8(fault.what()));

@@ -317,4 +317,8 @@ QString GetText(TextId id) {
   return QString::fromUtf16(row.English);
 }
 
+QString InLanguage(const char16_t* english, const char16_t* german) {
+  return QString::fromUtf16(currentLanguage == kLanguageGerman ? german : english);
+}
+
 }  // namespace tessmar

@@ -221,4 +221,7 @@ std::int16_t TextLanguage();
 /// The text with this number in the current language; empty for a number outside 0 to 192.
 QString GetText(TextId id);
 
+/// One of two texts that are not in the table: the German one in German, else the English one.
+QString InLanguage(const char16_t* english, const char16_t* german);
+
 }  // namespace tessmar

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 #include <cstdint>
 #include <optional>
@@ -29,6 +30,7 @@ struct LinkState : FaultPolicy {
   std::int16_t PulseChannelCount = 0;   ///< 0 to 2.
   std::int32_t RecordCount = 0;         ///< Records stored in the logger, 0 to 16777215.
   std::uint16_t LoggerStatusWord = 0;
+  QDateTime StatusAt;  ///< The computer's clock when these two were read last; null before.
   std::uint8_t FirmwareVersion = 0;
   bool SampleOnDemandSupported = false;
   std::int16_t LoggerModelCode = 0;  ///< 220 is the model with relays.

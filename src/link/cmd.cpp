@@ -171,6 +171,7 @@ bool LoggerCommands::GetLoggerStatus() {
   link_.RecordCount = status[0] | status[1] << 8 | status[2] << 16;
   link_.LoggerStatusWord = static_cast<std::uint16_t>(status[3] | status[4] << 8);
   link_.LoggingStateText = GetText(LoggingState(link_.LoggerStatusWord));
+  link_.StatusAt = clock_.Now();
   return true;
 }
 

@@ -65,7 +65,7 @@ class LoggerCommands {
   /// The logger's clock as text; "00/00/00 00:00:00" on any failure. Sets ClockOffsetS when it has
   /// been read.
   QString GetLoggerTime();
-  /// Sets RecordCount, LoggerStatusWord and LoggingStateText.
+  /// Sets RecordCount, LoggerStatusWord, StatusAt and LoggingStateText.
   bool GetLoggerStatus();
   /// Sets FirmwareVersion and, when the channel counts are possible, the other version fields.
   bool GetLoggerVersion();

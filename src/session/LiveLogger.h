@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Logbook.h"
 #include "link/LinkState.h"
 #include "link/cmd.h"
 #include "measure/LiveDisplay.h"
@@ -16,6 +17,7 @@ struct LiveLogger {
   LoggerCommands& Commands;
   Programming& Configuration;
   LiveDisplay& Display;
+  Logbook& Book;  ///< What happens to it.
 };
 
 }  // namespace tessmar

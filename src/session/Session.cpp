@@ -1,5 +1,7 @@
 #include "session/Session.h"
 
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <utility>
 
 #include "ProgramVersion.h"
@@ -45,7 +47,10 @@ void Session::Connect() {
     }
     if (contact == FirstContact::Abandoned) Leave();
   }
-  if (contact == FirstContact::Ready) pollLoop_.GetSample();
+  if (contact == FirstContact::Ready) {
+    pollLoop_.GetSample();
+    NoteConnected();
+  }
   if (contact == FirstContact::Failed) {
     messages_.MsgBox(GetText(TextId::InitializationFailed), kCritical,
                      GetText(TextId::InitializationErrorTitle));
@@ -61,6 +66,7 @@ void Session::ForgetLogger() {
     screen_.SetCaption(label, QString());
   }
   link_.RecordCount = 0;
+  link_.StatusAt = {};
   link_.ClockOffsetS.reset();
   logger_.Display.HideChannels();
 }
@@ -93,7 +99,20 @@ Session::FirstContact Session::InitializeLogger() {
   if (loop_.Ending()) return FirstContact::Abandoned;
   if (!initialized) return FirstContact::Failed;
   logger_.Commands.SetLoggerTime(logger_.Commands.ClockText());
+  logger_.Book.Note({.Kind = EventKind::Initialized, .Text = u"flash memory initialised"_s});
   return FirstContact::Ready;
+}
+
+// What was true when the logger was met, before anybody did anything to it.
+void Session::NoteConnected() {
+  if (!link_.Connected || loop_.Ending()) return;
+  QJsonObject state{{u"firmware"_s, link_.FirmwareVersion},  {u"model"_s, link_.LoggerModelCode},
+                    {u"analog"_s, link_.AnalogChannelCount}, {u"pulse"_s, link_.PulseChannelCount},
+                    {u"records"_s, link_.RecordCount},       {u"status"_s, link_.LoggerStatusWord}};
+  if (link_.ClockOffsetS) state.insert(u"clock_offset_s"_s, *link_.ClockOffsetS);
+  logger_.Book.Note({.Kind = EventKind::Connected,
+                     .Text = u"connected, %1 records"_s.arg(link_.RecordCount),
+                     .After = QJsonDocument(state).toJson(QJsonDocument::Compact)});
 }
 
 // The identifier is written last, so that a logger left half-way is offered initialisation again.

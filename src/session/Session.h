@@ -47,6 +47,7 @@ class Session {
   FirstContact MeetLogger();
   FirstContact InitializeLogger();
   bool InitializeMemory();
+  void NoteConnected();
 
   LiveLogger logger_;
   LinkState& link_;

@@ -35,6 +35,13 @@ std::int32_t LeadingCount(const QString& interval) {
 
 }  // namespace
 
+std::uint8_t StoredIntervalUnit(const QString& interval) {
+  if (interval.contains("min"_L1)) return 1;
+  if (interval.contains("hour"_L1)) return 2;
+  if (interval.contains("day"_L1)) return 3;
+  return 0;
+}
+
 QString IntervalDisplayText(const LoggerSettings& settings) {
   const QString& interval = settings.SampleInterval;
   for (const IntervalUnit& unit : kIntervalUnits) {

@@ -11,4 +11,7 @@ namespace tessmar {
 /// stands.
 QString IntervalDisplayText(const LoggerSettings& settings);
 
+/// The unit that the logger is told for an interval's text: 0 seconds, 1 minutes, 2 hours, 3 days.
+std::uint8_t StoredIntervalUnit(const QString& interval);
+
 }  // namespace tessmar

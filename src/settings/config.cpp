@@ -6,6 +6,7 @@
 #include "base/Fault.h"
 #include "base/Numbers.h"
 #include "settings/ImageFields.h"
+#include "settings/IntervalText.h"
 
 namespace tessmar {
 namespace {
@@ -33,13 +34,6 @@ void PutBcd(int value, Out image, int offset) {
 
 /// The words of the unit byte, by its value.
 constexpr std::array<QStringView, 4> kUnitWords{u"second", u"minute", u"hour", u"day"};
-
-std::uint8_t IntervalUnit(const QString& interval) {
-  if (interval.contains(u"min"_s)) return 1;
-  if (interval.contains(u"hour"_s)) return 2;
-  if (interval.contains(u"day"_s)) return 3;
-  return 0;
-}
 
 QString IntervalText(int count, std::uint8_t unit) {
   const QStringView word = kUnitWords[std::min<std::size_t>(unit, kUnitWords.size() - 1)];
@@ -98,7 +92,7 @@ void GetName(const UnpackSide& s) {
 
 void PutInterval(const PackSide& s) {
   PutU16(RoundToInt32(ParseLeadingNumber(s.From.SampleInterval)), s.Image, s.Offset);
-  PutByte(IntervalUnit(s.From.SampleInterval), s.Image, s.Offset + 2);
+  PutByte(StoredIntervalUnit(s.From.SampleInterval), s.Image, s.Offset + 2);
 }
 void GetInterval(const UnpackSide& s) {
   const int count = GetU16(s.Image, s.Offset);

@@ -259,4 +259,18 @@ void SettingsToControls(const LinkState& link, bool use24HourClock, const Logger
           controls.Do);
 }
 
+std::optional<ConfigImage> ImageOf(const LinkState& link, bool use24HourClock,
+                                   const SetupControls& controls, LoggerSettings settings) {
+  LinkState trapping = link;
+  trapping.TrapErrors = true;
+  ConfigImage image;
+  try {
+    ReadAll(link, use24HourClock, controls, settings);
+  } catch (const Fault&) {
+    return std::nullopt;
+  }
+  if (!PackConfigImage(trapping, settings, image)) return std::nullopt;
+  return image;
+}
+
 }  // namespace tessmar

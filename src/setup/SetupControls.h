@@ -2,9 +2,11 @@
 
 #include <QString>
 #include <array>
+#include <optional>
 
 #include "link/LinkState.h"
 #include "settings/LoggerSettings.h"
+#include "settings/config.h"
 
 namespace tessmar {
 
@@ -105,5 +107,11 @@ void ControlsToSettings(const LinkState& link, bool use24HourClock, const SetupC
 /// the warm-up, automatic for the baud rate, and no selection for the lists of the DO page.
 void SettingsToControls(const LinkState& link, bool use24HourClock, const LoggerSettings& settings,
                         SetupControls& controls);
+
+/// The image that these controls would program; nothing when one of them holds what no image can.
+/// Changes nothing, and never throws.
+/// @param settings  what the controls do not show.
+std::optional<ConfigImage> ImageOf(const LinkState& link, bool use24HourClock,
+                                   const SetupControls& controls, LoggerSettings settings);
 
 }  // namespace tessmar

@@ -71,9 +71,14 @@ bool SetupProgramming::ConfirmAndProgram() {
     messages_.MsgBox(GetText(TextId::ProgrammingError), kOkOnly | kCritical, title);
     return false;
   }
-  loggerBaseline_ = Packed();
+  TakeLoggerBaseline();
   screen_.SetWaitCursor(false);
   return true;
+}
+
+void SetupProgramming::TakeLoggerBaseline() {
+  const ConfigImage before = std::exchange(loggerBaseline_, Packed());
+  if (screen_.Programmed) screen_.Programmed(before, loggerBaseline_);
 }
 
 bool SetupProgramming::WriteAndCommit() {
@@ -115,7 +120,9 @@ bool SetupProgramming::ProgramOnClosing() {
     if (!MayStartOperation(link_)) return false;
     const BusyScope busy(link_);
     screen_.SetWaitCursor(true);
-    return WriteAndCommit();
+    if (!WriteAndCommit()) return false;
+    TakeLoggerBaseline();
+    return true;
   });
   screen_.SetWaitCursor(false);
   if (!programmed && !refused) {

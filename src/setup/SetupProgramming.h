@@ -25,6 +25,8 @@ struct SetupScreenPort {
   std::function<void(bool)> SetCancelEnabled;
   std::function<void()> FocusCancel;
   std::function<void(bool)> SetWaitCursor;
+  /// Told after each success: what the logger held before, and what it holds now.
+  std::function<void(const ConfigImage& before, const ConfigImage& after)> Programmed = {};
 };
 
 /// Programs the logger from the setup screen and asks about changes that were neither saved nor
@@ -60,6 +62,7 @@ class SetupProgramming {
   bool ConfirmAndProgram();
   bool ProgramOnClosing();
   bool WriteAndCommit();
+  void TakeLoggerBaseline();
   bool DiffersFrom(const ConfigImage& baseline);
   ConfigImage Packed() const;
 

@@ -16,6 +16,7 @@
 #include "base/MainScreen.h"
 #include "base/TextTable.h"
 #include "setup/Calibration.h"
+#include "setup/ChangesRow.h"
 #include "setup/DoSetupChecks.h"
 #include "setup/FieldChecks.h"
 #include "setup/SetupAnalogPage.h"
@@ -23,6 +24,7 @@
 #include "setup/SetupDigitalPage.h"
 #include "setup/SetupDoPage.h"
 #include "setup/SetupGeneralPage.h"
+#include "setup/SetupMenus.h"
 #include "setup/SetupWidgets.h"
 #include "setup/frmCalibrate.h"
 #include "ui/EnterKey.h"
@@ -38,28 +40,6 @@ constexpr int kGeneralTab = 2;
 
 /// Room that a window manager takes around a window.
 constexpr QSize kWindowFrame{16, 48};
-
-struct MenuCaption {
-  const char* Name;
-  const char16_t* Otherwise;
-  const char16_t* German;
-};
-
-// clang-format off
-constexpr MenuCaption kMenuCaptions[] = {
-    {"mnuFile",         u"&File",                         u"&Datei"},
-    {"mnuSave",         u"&Save Setup File",              u"Setupdatei &speichern"},
-    {"mnuLoad",         u"&Load Setup File",              u"Setupdatei &laden"},
-    {"mnuExit",         u"E&xit",                         u"&Beenden"},
-    {"mnuAction",       u"&Action",                       u"&Aktion"},
-    {"mnuDownload",     u"&Program Settings",             u"&Logger programmieren"},
-    {"mnuInitialize",   u"&Initialize to Default Values", u"Auf Werkseinstellungen &zurücksetzen"},
-    {"mnuHelp",         u"&Help",                         u"&Hilfe"},
-    {"mnuLaunchHelp",   u"&Help",                         u"&Hilfe"},
-    {"mnuLaunchDOHelp", u"&Dissolved Oxygen Sensor Help", u"&Dissolved Oxygen Sensor Help"},
-    {"mnuAbout",        u"&About",                        u"&Info"},
-};
-// clang-format on
 
 /// Shows a page whole where the display has room for it, and scrolls it where it has not.
 class PageArea final : public QScrollArea {
@@ -106,6 +86,9 @@ frmSetup::~frmSetup() {
 void frmSetup::ForbidProgramming() {
   cmdOK_->setEnabled(false);
   findChild<QAction*>(u"mnuDownload"_s)->setEnabled(false);
+  // There is no logger that anything could differ from.
+  hasLogger_ = false;
+  changesRow_->hide();
 }
 
 void frmSetup::BuildButtons() {
@@ -153,6 +136,8 @@ void frmSetup::BuildPages() {
       if ((control->focusPolicy() & Qt::TabFocus) != 0 && !inList) follow(control);
     }
   }
+  changesRow_ = new ChangesRow(this);
+  follow(changesRow_->Button());
   tabStrip_->setCurrentIndex(kGeneralTab);
 
   checks_ = std::make_unique<FieldChecks>(
@@ -228,15 +213,13 @@ void frmSetup::LocalizeSetupScreen() {
 }
 
 void frmSetup::LocalizeMenus() {
-  const bool german = TextLanguage() == kLanguageGerman;
-  for (const MenuCaption& row : kMenuCaptions) {
-    const QString name = QLatin1StringView(row.Name);
-    const QString caption = QString::fromUtf16(german ? row.German : row.Otherwise);
-    if (QMenu* menu = menuBar_->findChild<QMenu*>(name)) {
-      menu->setTitle(caption);
-    } else {
-      findChild<QAction*>(name)->setText(caption);
-    }
+  for (QMenu* menu : menuBar_->findChildren<QMenu*>()) {
+    const QString caption = SetupMenuCaption(menu->objectName());
+    if (!caption.isEmpty()) menu->setTitle(caption);
+  }
+  for (QAction* entry : findChildren<QAction*>()) {
+    const QString caption = SetupMenuCaption(entry->objectName());
+    if (!caption.isEmpty()) entry->setText(caption);
   }
 }
 
@@ -249,6 +232,7 @@ void frmSetup::FitToDisplay() {
   auto* layout = new QVBoxLayout(this);
   layout->setMenuBar(menuBar_);
   layout->addWidget(tabStrip_, 1);
+  layout->addWidget(changesRow_);
   layout->addLayout(buttons);
   const QSize room = screen()->availableGeometry().size() - kWindowFrame;
   resize(sizeHint().boundedTo(room));
@@ -258,12 +242,15 @@ void frmSetup::ConnectProgramming() {
   programming_ = std::make_unique<SetupProgramming>(
       services_.Commands, services_.Programmer, services_.Link, services_.Settings, services_.Loop,
       services_.Asker,
-      SetupScreenPort{.ControlsToSettings = [this] { ControlsToSettings(); },
-                      .CheckDoSetup = [this] { return CheckDoSetup(); },
-                      .SaveSetupFile = [this] { return files_->SaveSetupFile(); },
-                      .SetCancelEnabled = [this](bool on) { cmdCancel_->setEnabled(on); },
-                      .FocusCancel = [this] { cmdCancel_->setFocus(); },
-                      .SetWaitCursor = [this](bool on) { SetWaitCursor(on); }});
+      SetupScreenPort{
+          .ControlsToSettings = [this] { ControlsToSettings(); },
+          .CheckDoSetup = [this] { return CheckDoSetup(); },
+          .SaveSetupFile = [this] { return files_->SaveSetupFile(); },
+          .SetCancelEnabled = [this](bool on) { cmdCancel_->setEnabled(on); },
+          .FocusCancel = [this] { cmdCancel_->setFocus(); },
+          .SetWaitCursor = [this](bool on) { SetWaitCursor(on); },
+          .Programmed = [this](const ConfigImage& before,
+                               const ConfigImage& after) { NoteProgrammed(before, after); }});
 }
 
 void frmSetup::ConnectFiles() {
@@ -346,6 +333,7 @@ void frmSetup::Calibrate(int channel) {
   if (wizard.exec() != QDialog::Accepted) return;
   const Calibration::Texts& texts = calibration.Kept();
   analog_->WriteCalibration(channel, texts.HighEU, texts.LowEU, texts.HighRaw, texts.LowRaw);
+  calibrated_.Add(channel, texts);
 }
 
 void frmSetup::Timer1Tick() {
@@ -355,6 +343,21 @@ void frmSetup::Timer1Tick() {
         u'&' + QString::number(i + 1) + u' ' + FileNameOfPath(services_.Recent.RecentSetupFiles[i]);
     if (mnuHist_[i]->text() != caption) mnuHist_[i]->setText(caption);
   }
+  ShowChanges();
+}
+
+void frmSetup::NoteProgrammed(const ConfigImage& before, const ConfigImage& after) {
+  services_.Book.Note(ProgrammedEntry(before, after));
+  if (const auto entry = calibrated_.Take(ReadControls(), before, after))
+    services_.Book.Note(*entry);
+}
+
+void frmSetup::ShowChanges() {
+  if (!hasLogger_) return;
+  changesRow_->Show(programming_->LoggerBaseline(),
+                    ImageOf(services_.Link, services_.Locale.Uses24HourClock(), ReadControls(),
+                            services_.Settings),
+                    services_.Link.Busy);
 }
 
 void frmSetup::reject() {

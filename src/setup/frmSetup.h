@@ -7,12 +7,14 @@
 
 #include "base/Clock.h"
 #include "base/FileDialogs.h"
+#include "base/Logbook.h"
 #include "base/MessageLoop.h"
 #include "base/Messages.h"
 #include "base/SystemLocale.h"
 #include "link/LinkState.h"
 #include "link/cmd.h"
 #include "settings/LoggerSettings.h"
+#include "setup/CalibrationNotes.h"
 #include "setup/FieldValidation.h"
 #include "setup/Programming.h"
 #include "setup/RecentFiles.h"
@@ -30,6 +32,7 @@ class QTimer;
 namespace tessmar {
 
 class FieldChecks;
+class ChangesRow;
 class SetupAnalogPage;
 class SetupDigitalPage;
 class SetupDoPage;
@@ -47,6 +50,7 @@ struct SetupServices {
   const Clock& Time;
   const SystemLocale& Locale;
   RecentFiles& Recent;
+  Logbook& Book;
   QString AppPath;               ///< The program's folder, without a separator at its end.
   bool ShowDoHelpEntry = false;  ///< mnuLaunchDOHelp stands in the menu.
   std::function<void()> ShowHelp;
@@ -95,6 +99,8 @@ class frmSetup final : public QDialog {
   void InitializeToDefaults();
   void Calibrate(int channel);
   void Timer1Tick();
+  void ShowChanges();
+  void NoteProgrammed(const ConfigImage& before, const ConfigImage& after);
   bool AskToClose();
   void SetWaitCursor(bool on);
 
@@ -103,12 +109,15 @@ class frmSetup final : public QDialog {
   std::unique_ptr<FieldChecks> checks_;
   std::unique_ptr<SetupProgramming> programming_;
   std::unique_ptr<SetupFiles> files_;
+  CalibrationNotes calibrated_;
   bool waitCursor_ = false;
   bool closing_ = false;
+  bool hasLogger_ = true;  ///< What the screen opened on came from a logger.
 
   QMenuBar* menuBar_;
   QPushButton* cmdOK_;
   QPushButton* cmdCancel_;
+  ChangesRow* changesRow_;
   QTabWidget* tabStrip_;
   SetupAnalogPage* analog_;
   SetupDigitalPage* digital_;

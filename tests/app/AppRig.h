@@ -11,6 +11,7 @@
 #include "session/PollLoop.h"
 #include "session/Session.h"
 #include "settings/config.h"
+#include "support/FakeLogbook.h"
 #include "support/FakeMessageLoop.h"
 #include "support/FakeOutside.h"
 #include "support/FakeSerialPort.h"
@@ -102,6 +103,7 @@ struct AppParts {
   FakeMainScreen Screen;
   FakeMessages Messages;
   FakeClock Clock;
+  FakeLogbook Book;
   FakeMessageLoop Loop{Link};
   FakeSerialPort Port;
   ScriptedLogger Logger{Port};
@@ -119,7 +121,7 @@ struct AppParts {
   Programming Configuration{Commands, Link, Settings, Display};
   ConnectionWords Words{QStringLiteral("Connect"), QStringLiteral("Disconnect"),
                         QStringLiteral("Connected"), QStringLiteral("Disconnected")};
-  LiveLogger Live{Link, Settings, Commands, Configuration, Display};
+  LiveLogger Live{Link, Settings, Commands, Configuration, Display, Book};
   PollLoop Poll{Live, Screen, Loop, Words};
   Session TheSession{Live, Line, Poll, Screen, Messages, Loop, [this] { Dialog(); }};
   MainActions Actions{Live,

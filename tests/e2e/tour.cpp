@@ -279,6 +279,18 @@ class Tour {
     }
   }
 
+  void LookAtChanges() {
+    const QString list = u"frmChanges"_s;
+    Robot::WaitFor(u"a change"_s, [this] {
+      return qobject_cast<QWidget*>(Robot::Control(setup_, u"cmdChanges"_s))->isEnabled();
+    });
+    Robot::Click(setup_, u"cmdChanges"_s);
+    Robot::WaitForForm(list);
+    Take(u"changes"_s, list);
+    Robot::Click(list, u"cmdClose"_s);
+    Robot::WaitForNoForm(list);
+  }
+
   void MeetRefusals() {
     Robot::TurnTo(setup_, tabs_, kGeneralPage);
     Robot::Type(setup_, u"txtSampleInterval"_s, u"0"_s);
@@ -291,6 +303,7 @@ class Tour {
     Robot::TurnTo(setup_, tabs_, 0);
     const QString unit = Robot::Text(setup_, u"cmbEU(1)"_s);
     Robot::Type(setup_, u"cmbEU(1)"_s, u"mV"_s);
+    LookAtChanges();
     Robot::Click(setup_, u"cmdOK"_s);
     TakeMessage(u"program-question"_s, 0);
     constexpr int kCancel = 1;

@@ -13,6 +13,7 @@
 
 #include "setup/SetupRig.h"
 #include "setup/frmSetup.h"
+#include "support/FakeLogbook.h"
 
 namespace tessmar::test {
 
@@ -35,6 +36,7 @@ class SetupScreenRig : public SetupRig {
                                                     .Time = Clock,
                                                     .Locale = Locale,
                                                     .Recent = Recent,
+                                                    .Book = Book,
                                                     .AppPath = QStringLiteral("/opt/tessmar"),
                                                     .ShowDoHelpEntry = ShowDoHelpEntry,
                                                     .ShowHelp = [this] { ++HelpShown; },
@@ -88,6 +90,7 @@ class SetupScreenRig : public SetupRig {
   }
 
   RecentFiles Recent;
+  FakeLogbook Book;
   bool ShowDoHelpEntry = true;
   int HelpShown = 0;
   int DoHelpShown = 0;

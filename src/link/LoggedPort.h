@@ -1,0 +1,45 @@
+#pragma once
+
+#include <vector>
+
+#include "base/SupportLog.h"
+#include "link/SerialPort.h"
+
+namespace tessmar {
+
+/// A port that writes into the log for support when it is opened and closed and why it could not
+/// be, and, when it traces, what goes over the line, in hexadecimal.
+///
+/// What is said to a modem, and what it says, is only counted: it holds phone numbers and may hold
+/// passwords. A frame or the first letter of the handshake ends the talk with the modem.
+class LoggedPort final : public SerialPort {
+ public:
+  LoggedPort(SerialPort& port, const SupportLog& log, bool trace);
+
+  void Open(std::int16_t number, const QString& settings) override;
+  void Close() override;
+  bool IsOpen() const override { return port_.IsOpen(); }
+  std::int16_t Number() const override { return port_.Number(); }
+  QString Settings() const override { return port_.Settings(); }
+  int InputCount() const override { return port_.InputCount(); }
+  void DiscardInput() override { port_.DiscardInput(); }
+  std::uint8_t ReadByte() override;
+  std::vector<std::uint8_t> ReadAll() override;
+  void Write(std::span<const std::uint8_t> bytes) override;
+  void SetDtr(bool on) override { port_.SetDtr(on); }
+  void SetRts(bool on) override { port_.SetRts(on); }
+  void SetHandshaking(Handshaking handshaking) override { port_.SetHandshaking(handshaking); }
+
+ private:
+  void Received(std::span<const std::uint8_t> bytes);
+  void WriteReceived();
+  void Trace(const char* arrow, std::span<const std::uint8_t> bytes) const;
+
+  SerialPort& port_;
+  const SupportLog& log_;
+  bool trace_;
+  bool talksToModem_ = true;  ///< Until the first byte for a logger.
+  std::vector<std::uint8_t> received_;
+};
+
+}  // namespace tessmar
