@@ -11,7 +11,7 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-constexpr double kMonth = 30.4 * kSecondsPerDay;
+constexpr double kMonth = 365.25 / 12 * kSecondsPerDay;
 
 /// A distance of ticks: of seconds, or, where that is 0, of months.
 struct TickStep {
