@@ -4,8 +4,8 @@
 
 #include "app/Application.h"
 #include "app/Program.h"
-#include "app/TerminationSignals.h"
 #include "archive/Store.h"
+#include "base/TerminationSignals.h"
 #include "session/PersistedSettings.h"
 
 namespace {
