@@ -61,6 +61,10 @@ void PortMap::AddOverrides(const QString& text) {
   }
 }
 
+void PortMap::Assign(std::int16_t number, const QString& device) {
+  overrides_[number] = {device, device};
+}
+
 QString PortMap::Device(int number) const {
   const auto found = overrides_.find(static_cast<std::int16_t>(number));
   return found != overrides_.end() ? found->second.Device : UsualDevice(number);

@@ -27,6 +27,9 @@ class PortMap {
   /// @param file  overrides of the ports file, one a line.
   explicit PortMap(const QString& environment, const QString& file = {});
 
+  /// Puts a device behind a number, above all overrides.
+  void Assign(std::int16_t number, const QString& device);
+
   /// The device of COM<number>; empty when there is none.
   QString Device(int number) const;
 

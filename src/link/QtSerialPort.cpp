@@ -1,8 +1,10 @@
 #include "link/QtSerialPort.h"
 
 #include <QScopedValueRollback>
+#include <QFileInfo>
 
 #include "base/Fault.h"
+#include "link/PortTrouble.h"
 
 namespace tessmar {
 namespace {
@@ -37,13 +39,18 @@ void QtSerialPort::Open(std::int16_t number, const QString& settings) {
   const int speed = SpeedOf(settings);
   const QString device = ports_.Device(number);
   if (device.isEmpty()) throw PortFault("no device has this port number");
-  port_.setPortName(device);
+  // A lock stands on the device itself, whatever link leads to it.
+  const QString path = QFileInfo(device).canonicalFilePath();
+  if (const auto holder = LockHolder(device))
+    throw PortFault(PortTroubleText({PortCause::InUse, {}, holder}, device).toStdString());
+  port_.setPortName(path.isEmpty() ? device : path);
   port_.setBaudRate(speed);
   port_.setDataBits(QSerialPort::Data8);
   port_.setParity(QSerialPort::NoParity);
   port_.setStopBits(QSerialPort::OneStop);
   port_.setFlowControl(QSerialPort::NoFlowControl);
-  if (!port_.open(QIODevice::ReadWrite)) throw PortFault(port_.errorString().toStdString());
+  if (!port_.open(QIODevice::ReadWrite))
+    throw PortFault(PortTroubleText(FindPortTrouble(device), device).toStdString());
   port_.clear();
   number_ = number;
   settings_ = settings;

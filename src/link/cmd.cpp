@@ -46,7 +46,7 @@ constexpr std::uint8_t Byte(std::uint32_t value, int index) {
 }
 
 TextId LoggingState(std::uint16_t status) {
-  if ((status & kStatusLogging) == 0) return TextId::NotLogging;
+  if (!IsLogging(status)) return TextId::NotLogging;
   if ((status & kStatusWaitingForAlarm1) != 0) return TextId::WaitingForAlarm1;
   if ((status & kStatusStoppedByAlarm2) != 0) return TextId::StoppedByAlarm2;
   if ((status & kStatusLoggingUntilAlarm2) != 0) return TextId::LoggingUntilAlarm2;
@@ -99,7 +99,16 @@ std::uint8_t HoursForText(std::uint8_t hours) {
   return hour == kTwelve ? std::uint8_t{0} : hour;
 }
 
+/// The date on the logger's clock; a day that the month does not have is carried over.
+QDate DateOnDial(std::span<const std::uint8_t, 7> clock) {
+  return CarriedDate(2000 + FromBcd(clock[6]), FromBcd(clock[5]), FromBcd(clock[4]));
+}
+
 }  // namespace
+
+bool IsLogging(std::uint16_t status) {
+  return (status & kStatusLogging) != 0;
+}
 
 LoggerCommands::LoggerCommands(Comm& comm, LinkState& link, const Clock& clock,
                                const SystemLocale& locale)
@@ -142,26 +151,36 @@ bool LoggerCommands::SetLoggerTime(const QString& text) {
 }
 
 // Both clocks show local time, so that what lies between them is none of the time zone's affair.
-void LoggerCommands::NoteClock(const QDate& date, std::span<const std::uint8_t, 7> clock) {
+std::optional<QDateTime> LoggerCommands::NoteClock(std::span<const std::uint8_t, 7> clock) {
+  const QDate date = DateOnDial(clock);
   const QTime time(FromBcd(HoursForText(clock[2])), FromBcd(clock[1]), FromBcd(clock[0]));
   link_.ClockOffsetS.reset();
-  if (!date.isValid() || !time.isValid()) return;
+  if (!date.isValid() || !time.isValid()) return std::nullopt;
+  const QDateTime dial(date, time, Qt::UTC);
   const QDateTime now = clock_.Now();
-  const qint64 ms = QDateTime(now.date(), now.time(), Qt::UTC).msecsTo({date, time, Qt::UTC});
+  const qint64 ms = QDateTime(now.date(), now.time(), Qt::UTC).msecsTo(dial);
   const double seconds = std::round(static_cast<double>(ms) / kMillisecondsPerSecond);
   if (std::abs(seconds) <= INT32_MAX) link_.ClockOffsetS = static_cast<std::int32_t>(seconds);
+  return dial;
+}
+
+bool LoggerCommands::ReadClockBytes(std::array<std::uint8_t, 7>& clock) {
+  constexpr std::array kRequest{Code(Opcode::GetLoggerTime)};
+  return Send(kRequest, 0) && comm_.ReceiveFrame(clock);
 }
 
 QString LoggerCommands::GetLoggerTime() {
-  constexpr std::array kRequest{Code(Opcode::GetLoggerTime)};
   std::array<std::uint8_t, 7> clock{};
-  if (!Send(kRequest, 0) || !comm_.ReceiveFrame(clock)) {
-    return QStringLiteral("00/00/00 00:00:00");
-  }
-  const QDate date = CarriedDate(2000 + FromBcd(clock[6]), FromBcd(clock[5]), FromBcd(clock[4]));
-  NoteClock(date, clock);
-  return locale_.StampDate(date) + u' ' + BcdToText(HoursForText(clock[2])) + u':' +
+  if (!ReadClockBytes(clock)) return QStringLiteral("00/00/00 00:00:00");
+  NoteClock(clock);
+  return locale_.StampDate(DateOnDial(clock)) + u' ' + BcdToText(HoursForText(clock[2])) + u':' +
          BcdToText(clock[1]) + u':' + BcdToText(clock[0]);
+}
+
+std::optional<QDateTime> LoggerCommands::ReadClock() {
+  std::array<std::uint8_t, 7> clock{};
+  if (!ReadClockBytes(clock)) return std::nullopt;
+  return NoteClock(clock);
 }
 
 bool LoggerCommands::GetLoggerStatus() {
@@ -178,7 +197,9 @@ bool LoggerCommands::GetLoggerStatus() {
 bool LoggerCommands::GetLoggerVersion() {
   constexpr std::array kRequest{Code(Opcode::GetLoggerVersion)};
   std::array<std::uint8_t, 8> version{};
-  if (!Send(kRequest, kUsualRetries) || !comm_.ReceiveFrame(version)) return false;
+  if (!Send(kRequest, kUsualRetries)) return false;
+  heardAnything_ = true;
+  if (!comm_.ReceiveFrame(version)) return false;
   link_.FirmwareVersion = version[0];
   const std::uint8_t analogChannels = version[1];
   const std::uint8_t pulseChannels = version[2];
@@ -191,6 +212,7 @@ bool LoggerCommands::GetLoggerVersion() {
 }
 
 bool LoggerCommands::SyncWithLogger(const std::function<bool()>& cancelled) {
+  heardAnything_ = false;
   return Trapped(link_, [&] {
     for (int pass = 0; pass < kHandshakePasses; ++pass) {
       comm_.DiscardInput();
@@ -208,6 +230,7 @@ bool LoggerCommands::ExchangeLetter(std::uint8_t letter, std::uint8_t answer) {
   comm_.WaitForBytes(link_.LinkTimeoutTicks, 1);
   if (comm_.Loop().Ending()) return false;
   const std::vector<std::uint8_t> arrived = comm_.ReadAll();
+  if (!arrived.empty()) heardAnything_ = true;
   return arrived.size() == 1 && arrived.front() == answer;
 }
 

@@ -1,10 +1,11 @@
 #pragma once
 
-#include <QDate>
+#include <QDateTime>
 #include <QString>
 #include <array>
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -41,6 +42,9 @@ inline constexpr int kHistoryReplySize = 241;
 /// Sub-command of Opcode::GetHistoryBlock.
 enum class HistoryBlock : std::uint8_t { First = 0, Next = 1, Again = 2 };
 
+/// True when a status word says that the logger logs, or waits for an alarm to do so.
+bool IsLogging(std::uint16_t status);
+
 /// How a request for a live sample ended.
 enum class SampleAnswer {
   NotSent,   ///< The logger did not acknowledge the request.
@@ -65,6 +69,10 @@ class LoggerCommands {
   /// The logger's clock as text; "00/00/00 00:00:00" on any failure. Sets ClockOffsetS when it has
   /// been read.
   QString GetLoggerTime();
+  /// The logger's clock as what it shows, without a time zone: the date and the time of day stand
+  /// in a QDateTime of Qt::UTC, so that differences are those of the dials. Nothing on any failure,
+  /// and for digits that no clock shows. Sets ClockOffsetS like GetLoggerTime.
+  std::optional<QDateTime> ReadClock();
   /// Sets RecordCount, LoggerStatusWord, StatusAt and LoggingStateText.
   bool GetLoggerStatus();
   /// Sets FirmwareVersion and, when the channel counts are possible, the other version fields.
@@ -74,6 +82,9 @@ class LoggerCommands {
   /// @param cancelled  asked after each failed pass; true ends the handshake.
   /// @return true when the logger is ready and its version reply was good.
   bool SyncWithLogger(const std::function<bool()>& cancelled);
+  /// True when something answered during the last SyncWithLogger, whatever it was: what is silent
+  /// is not there, what talks otherwise is no logger.
+  bool HeardAnything() const { return heardAnything_; }
 
   bool InitializeFlash();  ///< Takes up to 45 seconds.
   bool ClearHistory();
@@ -101,15 +112,17 @@ class LoggerCommands {
   bool GetHistoryBlock(HistoryBlock which, std::array<std::uint8_t, kHistoryReplySize>& reply);
 
  private:
-  void NoteClock(const QDate& date, std::span<const std::uint8_t, 7> clock);
+  std::optional<QDateTime> NoteClock(std::span<const std::uint8_t, 7> clock);
   bool Send(std::span<const std::uint8_t> payload, int retries);
   bool SendForDone(std::span<const std::uint8_t> payload, std::int16_t ticks);
   bool ExchangeLetter(std::uint8_t letter, std::uint8_t answer);
+  bool ReadClockBytes(std::array<std::uint8_t, 7>& clock);
 
   Comm& comm_;
   LinkState& link_;
   const Clock& clock_;
   const SystemLocale& locale_;
+  bool heardAnything_ = false;
 };
 
 }  // namespace tessmar

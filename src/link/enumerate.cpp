@@ -68,6 +68,13 @@ QString FriendlyName(const SerialDevice& device) {
   return manufacturer.isEmpty() ? fileName : manufacturer;
 }
 
+std::vector<SerialDevice> SystemDevices() {
+  std::vector<SerialDevice> devices;
+  for (const QSerialPortInfo& port : QSerialPortInfo::availablePorts())
+    devices.push_back({port.systemLocation(), port.description(), port.manufacturer()});
+  return devices;
+}
+
 }  // namespace
 
 QStringList NamePorts(const PortMap& map, std::span<const SerialDevice> devices) {
@@ -101,15 +108,29 @@ QStringList WalkRegistry(const DeviceRegistry& registry) {
   return ports;
 }
 
+std::vector<NamedPort> ListPorts(const PortMap& map, std::span<const SerialDevice> devices) {
+  std::vector<NamedPort> ports;
+  const auto portName = [](std::int16_t number) { return u"COM%1"_s.arg(number); };
+  for (const auto& [number, override] : map.Overrides())
+    ports.push_back({portName(number), override.Device, override.FriendlyName});
+  for (const SerialDevice& device : devices) {
+    const std::optional<std::int16_t> number = map.Number(device.Location);
+    if (number && map.Overrides().contains(*number)) continue;
+    ports.push_back(
+        {number ? portName(*number) : QString(), device.Location, FriendlyName(device)});
+  }
+  return ports;
+}
+
+std::vector<NamedPort> ListPorts(const PortMap& map) {
+  return ListPorts(map, SystemDevices());
+}
+
 QStringList EnumeratePorts(const PortMap& map) {
 #ifdef Q_OS_WIN
   return NamePorts(map, {}) + WalkRegistry(WindowsRegistry());
 #else
-  std::vector<SerialDevice> devices;
-  for (const QSerialPortInfo& port : QSerialPortInfo::availablePorts()) {
-    devices.push_back({port.systemLocation(), port.description(), port.manufacturer()});
-  }
-  return NamePorts(map, devices);
+  return NamePorts(map, SystemDevices());
 #endif
 }
 

@@ -4,6 +4,7 @@
 #include <QStringList>
 #include <optional>
 #include <span>
+#include <vector>
 
 #include "link/PortMap.h"
 
@@ -20,6 +21,18 @@ struct SerialDevice {
 /// first the overrides of the map, then the devices that have a number, in the system's order. A
 /// plain port of the board, without a description, is not worth naming.
 QStringList NamePorts(const PortMap& map, std::span<const SerialDevice> devices);
+
+/// A port of this machine, for a list that shows what is there.
+struct NamedPort {
+  QString Port;  ///< "COM5"; empty for a device without a number.
+  QString Device;
+  QString Name;  ///< Friendly name; may be empty.
+  bool operator==(const NamedPort&) const = default;
+};
+
+/// The overrides of the map, then the devices that the system tells of, in its order.
+std::vector<NamedPort> ListPorts(const PortMap& map, std::span<const SerialDevice> devices);
+std::vector<NamedPort> ListPorts(const PortMap& map);
 
 /// The ports worth naming on this machine. Has no side effects and reports no failure.
 QStringList EnumeratePorts(const PortMap& map);

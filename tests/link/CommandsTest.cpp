@@ -140,6 +140,20 @@ TEST(GetLoggerTime, OnADeadLineLeavesTheOffsetAsItWas) {
   EXPECT_EQ(bench.Link.ClockOffsetS, 99);
 }
 
+TEST(ReadClock, GivesWhatTheClockShows) {
+  const auto read = [](const Bytes& clock) {
+    CommandsBench bench;
+    bench.Answering(kAck + FrameOf(clock));
+    return bench.Commands.ReadClock();
+  };
+  const QDateTime afternoon(QDate(2010, 12, 27), QTime(20, 5, 12), Qt::UTC);
+  EXPECT_EQ(read({0x12, 0x05, 0x20, 0x02, 0x27, 0x12, 0x10}), afternoon);
+  EXPECT_EQ(read({0x12, 0x05, 0x68, 0x02, 0x27, 0x12, 0x10}), afternoon) << "8 PM of twelve hours";
+  EXPECT_EQ(read({0x12, 0x65, 0x15, 0x02, 0x27, 0x12, 0x10}), std::nullopt);
+  CommandsBench dead;
+  EXPECT_EQ(dead.Commands.ReadClock(), std::nullopt);
+}
+
 TEST(GetLoggerTime, OnADeadLineIsThePlaceholderAfterOneTransmission) {
   CommandsBench bench;
   EXPECT_EQ(bench.Commands.GetLoggerTime(), QStringLiteral("00/00/00 00:00:00"));

@@ -61,6 +61,23 @@ const QString kFtdi = u"SYSTEM\\CurrentControlSet\\Enum\\FTDIBUS\\"_s;
 const QString kUsb = u"SYSTEM\\CurrentControlSet\\Enum\\USB\\"_s;
 const QString kClass = u"SYSTEM\\CurrentControlSet\\Control\\Class\\"_s;
 
+TEST(ListPorts, ShowsOverridesAndEveryDeviceThatIsThere) {
+  const PortMap map(u"COM9=/tmp/line,Simulated logger;COM5=/dev/ttyUSB0,Mill Pond"_s);
+  const std::vector<SerialDevice> devices{
+      {u"/dev/ttyUSB0"_s, u"FT232R"_s, {}}, {u"/dev/ttyS0"_s, {}, {}}, {u"/dev/ttyAMA0"_s, {}, {}}};
+  EXPECT_EQ(ListPorts(map, devices),
+            (std::vector<NamedPort>{{u"COM5"_s, u"/dev/ttyUSB0"_s, u"Mill Pond"_s},
+                                    {u"COM9"_s, u"/tmp/line"_s, u"Simulated logger"_s},
+                                    {u"COM1"_s, u"/dev/ttyS0"_s, {}},
+                                    {{}, u"/dev/ttyAMA0"_s, {}}}));
+}
+
+TEST(PortMap, AssignsADeviceAboveAllOverrides) {
+  PortMap map(u"COM1=/dev/other,Other"_s);
+  map.Assign(1, u"/dev/a,b;c"_s);
+  EXPECT_EQ(map.Device(1), u"/dev/a,b;c"_s);
+}
+
 TEST(WalkRegistry, CutsThePortOffTheFriendlyName) {
   MemoryRegistry registry;
   registry.AddDevice(kFtdi + u"VID_0403\\0000"_s, u"USB Serial Port (COM5)"_s, u"COM5"_s);

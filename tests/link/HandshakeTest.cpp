@@ -37,6 +37,21 @@ TEST(SyncWithLogger, SendsTheLettersAndReadsTheVersion) {
   EXPECT_LT(bench.Loop.NowMs(), 100);
 }
 
+TEST(SyncWithLogger, TellsASilentLineFromOneThatTalksOtherwise) {
+  CommandsBench silent;
+  EXPECT_FALSE(Sync(silent));
+  EXPECT_FALSE(silent.Commands.HeardAnything());
+  CommandsBench foreign;
+  foreign.Answering({0x41});
+  EXPECT_FALSE(Sync(foreign));
+  EXPECT_TRUE(foreign.Commands.HeardAnything());
+  CommandsBench impossible;
+  AnswerLetters(impossible);
+  impossible.Answering(VersionReply(9, 0));
+  EXPECT_FALSE(Sync(impossible));
+  EXPECT_TRUE(impossible.Commands.HeardAnything());
+}
+
 TEST(SyncWithLogger, FailsThePassWhenTheAnswerComesTwiceInOneWait) {
   CommandsBench bench;
   bench.Answering({0x54, 0x54});
