@@ -166,9 +166,16 @@ QString LiveDisplay::PulseText(int channel) const {
   const auto index = static_cast<std::size_t>(channel);
   const PulseChannelSettings& pulse = settings_.Pulse[index];
   if (pulse.Enable == 0) return {};
+  const QString value = PulseValueText(channel);
+  return value.isEmpty() ? NoSampleText() : value + QLatin1Char(' ') + pulse.EngUnits;
+}
+
+QString LiveDisplay::PulseValueText(int channel) const {
+  const auto index = static_cast<std::size_t>(channel);
+  const PulseChannelSettings& pulse = settings_.Pulse.at(index);
   const std::int32_t count = ring_.Samples[0].Value[kLivePulseValues + index];
-  if (count == kNoSampleValue) return NoSampleText();
-  return FormatValue(count * pulse.PulseUnit, pulse.DecPlaces) + QLatin1Char(' ') + pulse.EngUnits;
+  if (ring_.Count == 0 || count == kNoSampleValue) return {};
+  return FormatValue(count * pulse.PulseUnit, pulse.DecPlaces);
 }
 
 void LiveDisplay::RefreshMainScreen() {

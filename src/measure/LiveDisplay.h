@@ -64,6 +64,8 @@ class LiveDisplay {
   /// @param channel  0 to 7; throws RangeFault outside it.
   const ChannelView& View(int channel) const;
   LiveRing& Ring() { return ring_; }
+  /// The newest value of a pulse channel, 0 or 1, without its unit; empty without a sample.
+  QString PulseValueText(int channel) const;
 
   /// Called when a sample has been pushed and is shown; for who looks at samples as they come.
   std::function<void()> SamplePushed;

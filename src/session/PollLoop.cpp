@@ -230,7 +230,10 @@ void PollLoop::GetSample() {
   const BusyScope busy(link_);
   const WaitCursorScope waiting(screen_);
   logger_.Configuration.RefreshFromLogger();
+  AwaitSample();
+}
 
+bool PollLoop::AwaitSample() {
   const auto over = qScopeGuard([this] {
     link_.SampleWaitTicks = 0;
     link_.SingleSampleRequested = false;
@@ -241,6 +244,7 @@ void PollLoop::GetSample() {
   while (link_.SampleWaitTicks >= 1 && link_.SingleSampleRequested && !loop_.Ending()) {
     loop_.RunOnce();
   }
+  return !link_.SingleSampleRequested;
 }
 
 }  // namespace tessmar

@@ -55,6 +55,11 @@ class PollLoop {
   /// for a fresh sample. Does nothing, silently, unless an operation may start.
   void GetSample();
 
+  /// The second half of it, on a link that the caller holds: waits up to 25 Timer2 ticks for a
+  /// fresh sample, which goes to the display. @return true when the logger answered in that time,
+  /// be it that it has no sample.
+  bool AwaitSample();
+
  private:
   void ShowState();
   void ShowText(const QString& control, const QString& text);

@@ -271,6 +271,8 @@ class LineReader {
       TakeValue(line.first(equals), WithoutBlanks(line.sliced(equals + 1)));
   }
 
+  int Taken() const { return taken_; }
+
  private:
   void TakeSection(QByteArrayView title) {
     const auto kind = std::find_if(kSections.begin(), kSections.end(), [&](const SectionKind& row) {
@@ -285,7 +287,9 @@ class LineReader {
       return;
     }
     const KeyRow* row = FindRow(key);
-    if (row != nullptr && row->Read != nullptr) row->Read({value, locale_, settings_, channel_});
+    if (row == nullptr || row->Read == nullptr) return;
+    row->Read({value, locale_, settings_, channel_});
+    ++taken_;
   }
 
   const KeyRow* FindRow(QByteArrayView key) const {
@@ -303,6 +307,7 @@ class LineReader {
   LoggerSettings& settings_;
   KeyRows section_;
   std::int16_t channel_ = 0;
+  int taken_ = 0;
 };
 
 }  // namespace
@@ -326,7 +331,7 @@ QByteArray WriteSetupFile(const SetupFileHead& head, const LinkState& link,
   return text.toLatin1();
 }
 
-void ReadSetupFile(const QByteArray& file, const QLocale& locale, LoggerSettings& settings) {
+int ReadSetupFile(const QByteArray& file, const QLocale& locale, LoggerSettings& settings) {
   LineReader reader(locale, settings);
   QByteArrayView rest(file);
   while (!rest.isEmpty()) {
@@ -336,6 +341,7 @@ void ReadSetupFile(const QByteArray& file, const QLocale& locale, LoggerSettings
     reader.Take(rest.first(length));
     rest = rest.sliced(std::min(length + 1, rest.size()));
   }
+  return reader.Taken();
 }
 
 }  // namespace tessmar

@@ -32,6 +32,7 @@ QByteArray WriteSetupFile(const SetupFileHead& head, const LinkState& link,
 ///
 /// Throws ConversionFault for a whole number that is none or does not fit its field, RangeFault for
 /// a field of a channel that does not exist; the lines ahead of that one are taken over then.
-void ReadSetupFile(const QByteArray& file, const QLocale& locale, LoggerSettings& settings);
+/// @return how many lines set a field; 0 for a text that is no setup file.
+int ReadSetupFile(const QByteArray& file, const QLocale& locale, LoggerSettings& settings);
 
 }  // namespace tessmar

@@ -3,7 +3,6 @@
 #include <array>
 
 #include "base/Fault.h"
-#include "settings/config.h"
 
 namespace tessmar {
 namespace {
@@ -52,15 +51,25 @@ bool Programming::ProgramConfiguration() {
     ConfigImage written;
     // The result does not count: a record that does not fit goes out with zeros behind its field.
     PackConfigImage(link_, settings_, written);
-    for (const MemoryBlock& block : kWriteBlocks) {
-      if (!WriteBlock(commands_, written, block)) return false;
-    }
-    ConfigImage read;
-    for (const MemoryBlock& block : kReadBlocks) {
-      if (!ReadBlock(commands_, read, block)) return false;
-    }
-    return read == written;
+    return ProgramImage(written);
   });
+}
+
+bool Programming::ProgramImage(const ConfigImage& image) {
+  return Trapped(link_, [&] {
+    for (const MemoryBlock& block : kWriteBlocks) {
+      if (!WriteBlock(commands_, image, block)) return false;
+    }
+    return ReadImage() == image;
+  });
+}
+
+std::optional<ConfigImage> Programming::ReadImage() {
+  ConfigImage image;
+  for (const MemoryBlock& block : kReadBlocks) {
+    if (!ReadBlock(commands_, image, block)) return std::nullopt;
+  }
+  return image;
 }
 
 void Programming::RefreshFromLogger() {

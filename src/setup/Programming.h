@@ -2,11 +2,13 @@
 
 #include <QString>
 #include <functional>
+#include <optional>
 
 #include "link/LinkState.h"
 #include "link/cmd.h"
 #include "measure/LiveDisplay.h"
 #include "settings/LoggerSettings.h"
+#include "settings/config.h"
 
 namespace tessmar {
 
@@ -19,6 +21,13 @@ class Programming {
   /// Writes the packed settings and reads them back.
   /// @return true only when all blocks worked and all 315 bytes compared equal.
   bool ProgramConfiguration();
+
+  /// Writes an image and reads it back. @return true only when all blocks worked and all 315 bytes
+  /// compared equal.
+  bool ProgramImage(const ConfigImage& image);
+
+  /// The logger's 315 bytes; nothing when one of the reads failed.
+  std::optional<ConfigImage> ReadImage();
 
   /// Reads the configuration, status and clock of the logger, and shows them.
   void RefreshFromLogger();

@@ -167,6 +167,17 @@ TEST(ReadSetupFile, TakesEachKeyToItsField) {
   }
 }
 
+TEST(ReadSetupFile, CountsTheLinesThatSetAField) {
+  const auto count = [](const QByteArray& file) {
+    LoggerSettings settings;
+    return ReadSetupFile(file, kUs, settings);
+  };
+  EXPECT_EQ(count(""), 0);
+  EXPECT_EQ(count("Program=x\r\nChannel=1\r\nhello\r\n[Analog Channel]\r\n"), 0);
+  EXPECT_EQ(count("LoggerName=\r\n"), 1);
+  EXPECT_EQ(count("EngUnits=hPa\r\n[Analog Channel]\r\nEngUnits=hPa\r\nDeadband=3\r\n"), 2);
+}
+
 TEST(ReadSetupFile, IgnoresWhatIsWrittenForPeople) {
   EXPECT_EQ(Read("Program=x\nVersion=y\nDate=z\nTime=\n"), Defaults());
 }

@@ -77,6 +77,25 @@ Bytes ReadReply(const Bytes& address, const Bytes& data) {
   return Bytes{0xFA} + FrameOf(address + data);
 }
 
+TEST(ProgramImage, WritesReadsBackAndCompares) {
+  SimulatedBench bench;
+  const ConfigImage image = Packed(bench.Link, OtherSettings());
+  EXPECT_TRUE(bench.Road.ProgramImage(image));
+  EXPECT_EQ(bench.Road.ReadImage(), image);
+}
+
+TEST(ProgramImage, IsNotDoneWhenAByteStaysAsItWas) {
+  SimulatedBench bench;
+  bench.Logger.AddFault(FailureMode::StuckConfigurationByte);
+  EXPECT_FALSE(bench.Road.ProgramImage(Packed(bench.Link, OtherSettings())));
+}
+
+TEST(ReadImage, GivesNothingWhenAReadFails) {
+  SimulatedBench bench;
+  bench.Lose({0xF8, 0x07, 0x08, 0x00, 0x03});
+  EXPECT_EQ(bench.Road.ReadImage(), std::nullopt);
+}
+
 TEST(ProgramConfiguration, WritesFourBlocksAndReadsThreeBack) {
   ScriptedBench bench;
   const ConfigImage image = EmptyImage();
