@@ -32,6 +32,9 @@ class LineDevice {
   /// what is taken later.
   virtual std::vector<Output> TakeOutput() = 0;
 
+  /// Hours without a connection have passed.
+  virtual void TimePassed() {}
+
   /// The host has closed its port, which drops the line signals.
   virtual void LineDropped() {}
 };

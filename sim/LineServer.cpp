@@ -12,13 +12,13 @@
 namespace tessmar::sim {
 namespace {
 
-/// A descriptor that is readable once a signal has asked the program to end.
-int HoldEndingSignals() {
-  sigset_t ending;
-  sigemptyset(&ending);
-  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) sigaddset(&ending, signal);
-  sigprocmask(SIG_BLOCK, &ending, nullptr);
-  const int descriptor = signalfd(-1, &ending, SFD_CLOEXEC | SFD_NONBLOCK);
+/// A descriptor that is readable once a signal has come that the program listens to.
+int HoldSignals() {
+  sigset_t held;
+  sigemptyset(&held);
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGUSR1}) sigaddset(&held, signal);
+  sigprocmask(SIG_BLOCK, &held, nullptr);
+  const int descriptor = signalfd(-1, &held, SFD_CLOEXEC | SFD_NONBLOCK);
   if (descriptor < 0) throw SystemError("signalfd", errno);
   return descriptor;
 }
@@ -33,7 +33,7 @@ timespec ToTimespec(Micros time) {
 LineServer::LineServer(PseudoTerminal& terminal, LineDevice& device)
     : terminal_(terminal),
       device_(device),
-      endingSignals_(HoldEndingSignals()),
+      signals_(HoldSignals()),
       start_(std::chrono::steady_clock::now()) {}
 
 Micros LineServer::Now() const {
@@ -45,19 +45,27 @@ void LineServer::Run() {
     const short wanted = outgoing_.empty() ? POLLIN : POLLIN | POLLOUT;
     std::array<pollfd, 3> waits = {{{terminal_.NearEnd(), wanted, 0},
                                     {terminal_.Closings(), POLLIN, 0},
-                                    {endingSignals_.Get(), POLLIN, 0}}};
+                                    {signals_.Get(), POLLIN, 0}}};
     timespec timeout{};
     if (!later_.empty()) timeout = ToTimespec(later_.begin()->first - Now());
     if (ppoll(waits.data(), waits.size(), later_.empty() ? nullptr : &timeout, nullptr) < 0) {
       if (errno == EINTR) continue;
       throw SystemError("poll", errno);
     }
-    if (waits[2].revents != 0) return;
+    if (waits[2].revents != 0 && TakeSignal() != SIGUSR1) return;
     // Closings first: what is read after one comes from the next program.
     if (waits[1].revents != 0) OnClosed();
     if ((waits[0].revents & ~POLLOUT) != 0) ReadRequests();
     WriteDue();
   }
+}
+
+int LineServer::TakeSignal() {
+  signalfd_siginfo info{};
+  if (read(signals_.Get(), &info, sizeof info) != sizeof info) return SIGTERM;
+  const int signal = static_cast<int>(info.ssi_signo);
+  if (signal == SIGUSR1) device_.TimePassed();
+  return signal;
 }
 
 void LineServer::OnClosed() {

@@ -11,7 +11,8 @@ namespace tessmar::sim {
 /// Connects a device with a pseudo-terminal in real time. Sleeps until bytes come or are due.
 class LineServer {
  public:
-  /// From here on SIGINT, SIGTERM and SIGHUP only end Run.
+  /// From here on SIGINT, SIGTERM and SIGHUP only end Run, and SIGUSR1 lets time pass for the
+  /// device.
   LineServer(PseudoTerminal& terminal, LineDevice& device);
 
   /// Serves until one of these signals. Throws SystemError when the terminal breaks.
@@ -19,13 +20,14 @@ class LineServer {
 
  private:
   Micros Now() const;
+  int TakeSignal();
   void OnClosed();
   void ReadRequests();
   void WriteDue();
 
   PseudoTerminal& terminal_;
   LineDevice& device_;
-  Descriptor endingSignals_;
+  Descriptor signals_;
   std::chrono::steady_clock::time_point start_;
   std::multimap<Micros, Bytes> later_;
   Bytes outgoing_;  ///< Due, but the terminal has not taken it yet.

@@ -17,6 +17,7 @@ struct LoggerOptions {
   int Records = 960;         ///< Stored records, 0 to 16777215.
   bool LiveRecords = false;  ///< A record is added whenever its time has come.
   int ClockStopsAt = -1;     ///< From this record on all are equal, as if the clock stood still.
+  int RecordsOnSignal = 0;   ///< Added by each TimePassed, see there; 0 for an ordinary logger.
   bool BlankFlash = false;   ///< Never initialised: all memory erased, no records.
   bool TwelveHourClock = false;
   bool PastHandshake = false;  ///< Deaf to the letters; answers frames.

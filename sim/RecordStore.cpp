@@ -23,8 +23,8 @@ RecordStore::RecordStore(const LoggerOptions& options, const PondModel& pond)
 }
 
 void RecordStore::Clear(CivilSeconds now) {
+  first_ = options_.RecordsOnSignal > 0 ? TimeOf(count_) : now - now % interval_ + interval_;
   count_ = 0;
-  first_ = now - now % interval_ + interval_;
 }
 
 void RecordStore::AdvanceTo(CivilSeconds now) {

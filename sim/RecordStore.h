@@ -17,8 +17,11 @@ class RecordStore {
   RecordStore(const LoggerOptions& options, const PondModel& pond);
 
   std::int64_t Count() const { return count_; }
-  /// Forgets all records; the next one is due after now.
+  /// Forgets all records; the next one is due after now, or follows the last one forgotten where
+  /// records come on a signal.
   void Clear(CivilSeconds now);
+  /// Adds so many records behind the last one.
+  void Add(int count) { count_ += count; }
   /// Adds the records whose time has come since the last one.
   void AdvanceTo(CivilSeconds now);
 

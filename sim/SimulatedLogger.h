@@ -29,6 +29,11 @@ class SimulatedLogger final : public LineDevice {
   void Receive(std::span<const std::uint8_t> bytes, Micros now) override;
   std::vector<Output> TakeOutput() override { return wire_.Take(); }
 
+  /// LoggerOptions::RecordsOnSignal records more. They follow the last ones 15 minutes apart,
+  /// whatever the clock says and whether or not the history was cleared between, so that every one
+  /// has a stamp of its own and a hole in them shows.
+  void TimePassed() override { records_.Add(options_.RecordsOnSignal); }
+
   /// Adds a fault to those in force.
   void AddFault(const Fault& fault) { faults_.Add(fault); }
   void AddFault(FailureMode mode) { faults_.Add({.Mode = mode}); }

@@ -30,6 +30,8 @@ QList<QCommandLineOption> AllOptions() {
       {u"records"_s, u"Stored records (960)."_s, u"N"_s},
       {u"live-records"_s, u"A record is added every 15 minutes."_s},
       {u"clock-stops-at"_s, u"From record N on (0 is the first) all are equal."_s, u"N"_s},
+      {u"records-on-signal"_s, u"SIGUSR1 adds N records, with a sequence of times of their own."_s,
+       u"N"_s},
       {u"analog"_s, u"Analog channels, 1 to 8 (8)."_s, u"N"_s},
       {u"pulse"_s, u"Pulse channels, 0 to 2 (2)."_s, u"N"_s},
       {u"model"_s, u"Model code, 0 to 255 (208)."_s, u"N"_s},
@@ -118,6 +120,7 @@ LoggerOptions ReadLogger(const OptionReader& reader, const QDateTime& now) {
   logger.Records = reader.Number(u"records"_s, logger.Records, 0, kMostRecords);
   logger.LiveRecords = reader.Has(u"live-records"_s);
   logger.ClockStopsAt = reader.Number(u"clock-stops-at"_s, -1, 0, kMostRecords);
+  logger.RecordsOnSignal = reader.Number(u"records-on-signal"_s, 0, 1, kMostRecords);
   logger.BlankFlash = reader.Has(u"blank"_s);
   logger.TwelveHourClock = reader.Has(u"twelve-hour"_s);
   logger.PastHandshake = reader.Has(u"past-handshake"_s);

@@ -10,6 +10,7 @@
 #include <QProcess>
 #include <QTemporaryDir>
 #include <array>
+#include <csignal>
 
 #include "HexBytes.h"
 
@@ -95,6 +96,19 @@ TEST_F(SimulatorProgram, ServesALoggerUntilItIsEnded) {
   EXPECT_TRUE(QFileInfo(Link()).isSymLink());
   End();
   EXPECT_FALSE(QFileInfo(Link()).isSymLink());
+}
+
+TEST_F(SimulatorProgram, AddsRecordsOnASignal) {
+  Serve({u"--records"_s, u"5"_s, u"--records-on-signal"_s, u"300"_s});
+  const FarEnd line(Link());
+  EXPECT_EQ(line.Ask(kAskStatus, 11).substr(0, 14), "FA F8 07 05 00");
+  kill(static_cast<pid_t>(program_.processId()), SIGUSR1);
+  // The signal and the next request come by different ways.
+  std::string answer;
+  for (int tries = 0; tries < 1000 && answer != "FA F8 07 31 01"; ++tries) {
+    answer = line.Ask(kAskStatus, 11).substr(0, 14);
+  }
+  EXPECT_EQ(answer, "FA F8 07 31 01");
 }
 
 TEST_F(SimulatorProgram, PassesEveryByteValueUnchanged) {

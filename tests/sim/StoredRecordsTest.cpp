@@ -178,6 +178,18 @@ TEST(StoredRecords, CountStandsStillUnlessLiveRecordsAreWanted) {
   EXPECT_EQ(Ask(live, kAskStatus, 3'600'000).substr(9, 2), "0E");
 }
 
+TEST(StoredRecords, OnASignalFollowEachOtherAlsoBehindAClear) {
+  SimulatedLogger logger({.Records = 5, .RecordsOnSignal = 2});
+  logger.Receive(Hex(kAskClear), std::chrono::hours(50));
+  AllOutput(logger);
+  logger.TimePassed();
+  const Bytes block = Block(logger, kAskFirstBlock);
+  EXPECT_EQ(block[0], 2);
+  // 14:45 and 15:00: the last record before was that of 14:30.
+  EXPECT_EQ(logger.Records().TimeOf(0), sim::ToCivilSeconds({2026, 6, 15, 14, 45, 0}));
+  EXPECT_EQ(logger.Records().TimeOf(1), sim::ToCivilSeconds({2026, 6, 15, 15, 0, 0}));
+}
+
 TEST(StoredRecords, SoManyThatTheyWouldBeginBefore2000LieCloserTogether) {
   SimulatedLogger logger({.Records = 16'777'215});
   EXPECT_GE(logger.Records().TimeOf(0), 0);
