@@ -19,7 +19,7 @@ function(tessmar_link name folder target)
 endfunction()
 
 install(TARGETS TessmarLogger RUNTIME DESTINATION ${TESSMAR_PROGRAM_DIR})
-install(TARGETS tessmar-sim RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+install(TARGETS tessmar tessmar-sim RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 tessmar_link(TessmarLogger ${CMAKE_INSTALL_BINDIR} ../${TESSMAR_PROGRAM_DIR}/TessmarLogger)
 
 if(TARGET manual)
@@ -51,7 +51,10 @@ foreach(size 16 24 32 48 64 128 256)
           RENAME application-x-tessmar-setup.png)
 endforeach()
 
-install(FILES ${PROJECT_SOURCE_DIR}/docs/file-formats.md ${packaging}/serial-ports.md DESTINATION ${TESSMAR_DOC_DIR})
+install(FILES ${PROJECT_SOURCE_DIR}/docs/file-formats.md ${packaging}/serial-ports.md
+              ${packaging}/every-night.md DESTINATION ${TESSMAR_DOC_DIR})
+install(FILES ${packaging}/tessmar.bash-completion
+        DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME tessmar)
 install(FILES ${packaging}/copyright DESTINATION ${TESSMAR_DOC_DIR})
 
 # Compressed without name and time, so that the same text gives the same bytes.
@@ -67,6 +70,7 @@ function(tessmar_gzip source destination name)
 endfunction()
 add_custom_target(packaged_texts ALL)
 tessmar_gzip(${packaging}/TessmarLogger.1 ${CMAKE_INSTALL_MANDIR}/man1 TessmarLogger.1)
+tessmar_gzip(${packaging}/tessmar.1 ${CMAKE_INSTALL_MANDIR}/man1 tessmar.1)
 tessmar_gzip(${packaging}/tessmar-sim.1 ${CMAKE_INSTALL_MANDIR}/man1 tessmar-sim.1)
 tessmar_gzip(${packaging}/changelog ${TESSMAR_DOC_DIR} changelog)
 
@@ -85,7 +89,8 @@ uploads the stored records, shows them in a table, saves them as a CSV file,
 and programs the logger's settings. Salinity, oxygen saturation and oxygen
 concentration are worked out from the channels of the sensors.
 .
-The simulated logger tessmar-sim is for trying the program without one.")
+The command tessmar does the same work from a shell or a script. The simulated
+logger tessmar-sim is for trying the program without one.")
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PROJECT_CONFIG_FILE ${packaging}/cpack-time.cmake)

@@ -1,7 +1,7 @@
 #include "link/QtSerialPort.h"
 
-#include <QScopedValueRollback>
 #include <QFileInfo>
+#include <QScopedValueRollback>
 
 #include "base/Fault.h"
 #include "link/PortTrouble.h"
