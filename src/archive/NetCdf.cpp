@@ -17,8 +17,10 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// The library packs the values of so many records together.
+/// So many records are handed to the library at once.
 constexpr std::size_t kChunk = 65536;
+/// So many values of a channel lie together in the file.
+constexpr std::size_t kTogether = 2048;
 constexpr std::size_t kFirstSize = 1048576;
 constexpr double kFill = NC_FILL_DOUBLE;
 constexpr const char* kLoggerEpoch = "seconds since 1970-01-01 00:00:00";
@@ -83,12 +85,12 @@ int DefineCoordinate(int file, int station, const char* name, const char* units)
   return id;
 }
 
-/// A variable over the records, packed.
+/// A variable over the records. Not compressed: that takes several times as long as the whole rest,
+/// and who wants it has nccopy.
 int DefineSeries(int file, const Layout& layout, const char* name, nc_type type) {
   int id = 0;
   Check(nc_def_var(file, name, type, 1, &layout.Obs, &id));
-  Check(nc_def_var_chunking(file, id, NC_CHUNKED, &kChunk));
-  Check(nc_def_var_deflate(file, id, 1, 1, 1));
+  Check(nc_def_var_chunking(file, id, NC_CHUNKED, &kTogether));
   return id;
 }
 
