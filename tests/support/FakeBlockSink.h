@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "base/Logbook.h"
 #include "history/BlockSink.h"
 
 namespace tessmar::test {
@@ -34,13 +33,6 @@ class FakeBlockSink final : public BlockSink {
   std::vector<UploadEnd> Ends;
   std::vector<std::string> Log;
   std::function<void()> OnBlock;
-};
-
-/// Keeps the entries it was told.
-class FakeLogbook final : public Logbook {
- public:
-  void Note(const LogbookEntry& entry) override { Entries.push_back(entry); }
-  std::vector<LogbookEntry> Entries;
 };
 
 }  // namespace tessmar::test
