@@ -16,8 +16,8 @@
 #include <memory>
 #include <utility>
 
-#include "app/TerminationSignals.h"
 #include "base/Fault.h"
+#include "base/TerminationSignals.h"
 #include "base/TextTable.h"
 
 namespace tessmar {

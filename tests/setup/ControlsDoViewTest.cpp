@@ -56,6 +56,7 @@ TEST_F(ControlsDoView, HasEveryControlThatTheCheckReads) {
   Controls.Do.cmbSalinityDisplayChannel = 0;
   Controls.Do.cmbO2SaturationDisplayChannel = 0;
   Controls.Do.cmbO2ConcentrationDisplayChannel = 0;
+  Controls.Analog[0].cmbEU = u"NTU"_s;
   Controls.Do.chkEnableO2SaturationDisplay = true;
   Controls.Do.chkEnableO2ConcentrationDisplay = true;
   FakeMessages messages;

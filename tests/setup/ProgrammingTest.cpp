@@ -222,6 +222,8 @@ constexpr FailureRow kFailures[] = {
     {FailureMode::StopsMidFrame, false},    {FailureMode::StuckConfigurationByte, false},
     {FailureMode::CommitRefused, true},     {FailureMode::IllegalVersion, true},
     {FailureMode::IllegalBlockCount, true}, {FailureMode::MoreRecords, true},
+    {FailureMode::NoiseAhead, false},       {FailureMode::NoiseBehind, true},
+    {FailureMode::HeldAnswer, true},        {FailureMode::LateCopy, true},
     {FailureMode::RandomLoss, true},
 };
 
