@@ -12,7 +12,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 /// Above this the check of a whole file would hold up the window for too long.
-constexpr qint64 kMostToCheck = 64 * 1024 * 1024;
+constexpr qint64 kMostToCheck = qint64{64} * 1024 * 1024;
 
 const auto kInsertRecord =
     u"INSERT INTO record (upload_id, number, stamp, logger_time, raw, a1, a2, a3, a4, a5, a6, a7,"

@@ -25,8 +25,8 @@ LiveSample SampleOf(const RecordRow& row) {
   const int words = std::min(static_cast<int>(row.Raw.size()) / 2, kSampleValues);
   for (int i = 0; i < words; ++i) {
     sample.Value[static_cast<std::size_t>(i)] =
-        static_cast<std::uint8_t>(row.Raw[2 * i]) | static_cast<std::uint8_t>(row.Raw[2 * i + 1])
-                                                        << kBitsPerByte;
+        static_cast<std::uint8_t>(row.Raw[qsizetype{2} * i]) |
+        static_cast<std::uint8_t>(row.Raw[qsizetype{2} * i + 1]) << kBitsPerByte;
   }
   return sample;
 }

@@ -99,8 +99,8 @@ std::vector<Mark> PlaceReadings(std::span<const SeriesUpload> uploads, const Log
 std::int64_t LoggerMilliseconds(std::uint32_t stamp) {
   const TimeStampFields fields = UnpackTimeStamp(stamp);
   const std::int64_t days = DaysToMonth(fields.Year, fields.Month) + fields.Day - 1;
-  const std::int64_t seconds =
-      days * kSecondsPerDay + fields.Hour * 3600 + fields.Minute * 60 + fields.Second;
+  const std::int64_t seconds = days * kSecondsPerDay + std::int64_t{3600} * fields.Hour +
+                               std::int64_t{60} * fields.Minute + fields.Second;
   return seconds * kMsPerSecond;
 }
 

@@ -88,11 +88,11 @@ void RecordMaker::Make(std::span<const std::uint8_t> block, int index, RecordRow
     row.Stamp = record.PackedTime;
     row.LoggerTime = TimeOf(record.PackedTime);
   }
-  row.Raw.resize(2 * words_);
+  row.Raw.resize(qsizetype{2} * words_);
   for (int word = 0; word < words_; ++word) {
     const std::int32_t value = record.Value[static_cast<std::size_t>(word)];
-    row.Raw[2 * word] = static_cast<char>(value & 0xFF);
-    row.Raw[2 * word + 1] = static_cast<char>(value >> 8 & 0xFF);
+    row.Raw[qsizetype{2} * word] = static_cast<char>(value & 0xFF);
+    row.Raw[qsizetype{2} * word + 1] = static_cast<char>(value >> 8 & 0xFF);
   }
   row.Values.fill(std::nullopt);
   std::array<char, HistoryTable::kCellSize> text;

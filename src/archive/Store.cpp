@@ -93,7 +93,7 @@ Store::~Store() {
 }
 
 QString Store::DefaultPath() {
-  const QString chosen = qEnvironmentVariable("TESSMAR_ARCHIVE");
+  QString chosen = qEnvironmentVariable("TESSMAR_ARCHIVE");
   if (!chosen.isEmpty()) return chosen;
   return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) +
          u"/Tessmar/archive.sqlite"_s;

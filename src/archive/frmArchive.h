@@ -69,6 +69,8 @@ class frmArchive : public QDialog {
   void BuildTables();
   void BuildButtons();
   void BuildLayout();
+  QWidget* Sides();
+  void OrderTabs();
   QVBoxLayout* TableWithCaption(QTableView* table, const QString& caption);
   void Connect();
   void Load();

@@ -160,16 +160,7 @@ QVBoxLayout* frmArchive::TableWithCaption(QTableView* table, const QString& capt
   return column;
 }
 
-void frmArchive::BuildLayout() {
-  auto* find = new QLabel(GetText(Id::Find), this);
-  find->setBuddy(txtFilter_);
-  auto* filter = new QHBoxLayout;
-  filter->addWidget(find);
-  filter->addWidget(txtFilter_, 1);
-  for (QWidget* widget : {static_cast<QWidget*>(chkSince_), static_cast<QWidget*>(dtpSince_),
-                          static_cast<QWidget*>(chkUntil_), static_cast<QWidget*>(dtpUntil_)})
-    filter->addWidget(widget);
-
+QWidget* frmArchive::Sides() {
   auto* left = new QWidget(this);
   auto* loggers = new QVBoxLayout(left);
   loggers->setContentsMargins(0, 0, 0, 0);
@@ -194,6 +185,18 @@ void frmArchive::BuildLayout() {
   sides->setStretchFactor(0, 1);
   sides->setStretchFactor(1, 4);
   sides->setChildrenCollapsible(false);
+  return sides;
+}
+
+void frmArchive::BuildLayout() {
+  auto* find = new QLabel(GetText(Id::Find), this);
+  find->setBuddy(txtFilter_);
+  auto* filter = new QHBoxLayout;
+  filter->addWidget(find);
+  filter->addWidget(txtFilter_, 1);
+  for (QWidget* widget : {static_cast<QWidget*>(chkSince_), static_cast<QWidget*>(dtpSince_),
+                          static_cast<QWidget*>(chkUntil_), static_cast<QWidget*>(dtpUntil_)})
+    filter->addWidget(widget);
 
   auto* buttons = new QHBoxLayout;
   for (QPushButton* button : {cmdOpen_, cmdPlot_, cmdExport_, cmdRename_, cmdMerge_, cmdSplit_,
@@ -204,7 +207,7 @@ void frmArchive::BuildLayout() {
 
   auto* rows = new QVBoxLayout(this);
   rows->addLayout(filter);
-  rows->addWidget(sides, 1);
+  rows->addWidget(Sides(), 1);
   rows->addWidget(lblStatus_);
   rows->addLayout(buttons);
 
@@ -213,6 +216,10 @@ void frmArchive::BuildLayout() {
                      fontMetrics().height() * kHeightInLines);
   resize(wanted.expandedTo(minimumSizeHint()).boundedTo(room * 9 / 10));
 
+  OrderTabs();
+}
+
+void frmArchive::OrderTabs() {
   QWidget* before = txtFilter_;
   const QWidgetList order = {chkSince_,   dtpSince_,   chkUntil_, dtpUntil_,  treeLoggers_,
                              tblUploads_, tblLogbook_, cmdOpen_,  cmdPlot_,   cmdExport_,

@@ -45,7 +45,7 @@ class OptionReader {
   bool Has(CommandOption option) const { return parser_.optionNames().contains(NameOf(option)); }
   QString Text(CommandOption option) const {
     if (!Has(option)) return {};
-    const QString text = parser_.value(NameOf(option));
+    QString text = parser_.value(NameOf(option));
     if (text.isEmpty())
       throw WrongUsage(
           TwoLanguages{u"--%1: a value is wanted", u"--%1: ein Wert wird gebraucht"}.Text().arg(
@@ -87,7 +87,7 @@ const CommandRow& FindCommand(const QStringList& arguments) {
                                   u"was soll getan werden? \"tessmar --help\" zeigt es"}
                          .Text());
   }
-  const QString one = arguments[1];
+  const QString& one = arguments[1];
   const QString two = one + u' ' + arguments.value(2);
   for (const CommandRow& row : CommandRows()) {
     const QString words = QString::fromUtf16(row.Words);

@@ -129,7 +129,6 @@ void frmConnect::MakeControls() {
   working_ = new QProgressBar;
   working_->setRange(0, 0);
   working_->setTextVisible(false);
-  working_->setFocusPolicy(Qt::TabFocus);
   working_->setAccessibleName(Caption(TextId::Connect));
   QSizePolicy policy = working_->sizePolicy();
   policy.setRetainSizeWhenHidden(true);
@@ -171,7 +170,10 @@ QGridLayout* frmConnect::LayOutModem() {
 }
 
 void frmConnect::LayOut() {
-  AlignColumns(*LayOutDirect(), *LayOutModem());
+  // One after the other: the areas take part in the order of the Tab key.
+  QGridLayout* direct = LayOutDirect();
+  QGridLayout* modem = LayOutModem();
+  AlignColumns(*direct, *modem);
   auto* lines = new QGridLayout;
   lines->addWidget(optDirect_, 0, 0);
   lines->addWidget(fraDirect_, 0, 1);
@@ -267,6 +269,8 @@ void frmConnect::Browse() {
 
 void frmConnect::ShowConnecting(bool connecting) {
   working_->setVisible(connecting);
+  // Hidden it would end the round of the Tab key.
+  working_->setFocusPolicy(connecting ? Qt::TabFocus : Qt::NoFocus);
   // Not on Cancel: the key that began the work, pressed once more, must not end it.
   if (connecting) working_->setFocus();
   cmdConnect_->setEnabled(!connecting);

@@ -225,6 +225,23 @@ TEST(frmConnect, ConnectsByTheEnterKey) {
   EXPECT_TRUE(bench.Link.Connected);
 }
 
+TEST(frmConnect, TabGoesAllAround) {
+  FormBench bench;
+  bench.Load();
+  bench.Form->activateWindow();
+  QStringList round;
+  for (int step = 0; step < 30; ++step) {
+    QWidget* at = bench.Form->focusWidget();
+    ASSERT_NE(at, nullptr);
+    if (!round.contains(at->objectName())) round.append(at->objectName());
+    QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
+    QCoreApplication::sendEvent(at, &tab);
+  }
+  EXPECT_EQ(round.join(u' ').toStdString(),
+            "cmdConnect cmdCancel optDirect cmbPort1 cmbBaud1 optModem cmbPort2 cmbBaud2 cmbNumber "
+            "chkInitFile txtConfiguration cmdBrowse");
+}
+
 TEST(frmConnect, ClosesAfterAFailureAndShowsTheTriedPortNextTime) {
   FormBench bench;
   bench.Load();
