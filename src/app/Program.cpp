@@ -338,21 +338,25 @@ QString Program::ShowUpload(std::int32_t totalRecords) {
   return dialog.UploadState();
 }
 
+HistoryViewerParts Program::ViewerParts(const HistoryBuffer& buffer, const LoggerSettings& settings,
+                                        const LinkState& link) {
+  return {.Buffer = buffer,
+          .Settings = settings,
+          .Link = link,
+          .Screen = window_,
+          .Message = messages_,
+          .Dialogs = fileDialogs_,
+          .Time = clock_,
+          .Locale = locale_,
+          .CsvDateTimeSingleColumn = csvDateTimeSingleColumn_,
+          .RelayDisplayEnabled = display_.RelayDisplayEnabled,
+          .AppPath = FirstFolderOfDialogs(environment_.AppPath),
+          .Loop = &loop_,
+          .ShowPlot = [this](const PlotRequest& request) { ShowPlot(request); }};
+}
+
 void Program::ShowViewer() {
-  frmHistory viewer({.Buffer = history_,
-                     .Settings = settings_,
-                     .Link = link_,
-                     .Screen = window_,
-                     .Message = messages_,
-                     .Dialogs = fileDialogs_,
-                     .Time = clock_,
-                     .Locale = locale_,
-                     .CsvDateTimeSingleColumn = csvDateTimeSingleColumn_,
-                     .RelayDisplayEnabled = display_.RelayDisplayEnabled,
-                     .AppPath = FirstFolderOfDialogs(environment_.AppPath),
-                     .Loop = &loop_,
-                     .ShowPlot = [this](const PlotRequest& request) { ShowPlot(request); }},
-                    &window_);
+  frmHistory viewer(ViewerParts(history_, settings_, link_), &window_);
   viewer.exec();
 }
 
@@ -365,7 +369,7 @@ void Program::ShowArchive() {
                       .Locale = locale_,
                       .CsvDateTimeSingleColumn = csvDateTimeSingleColumn_,
                       .RelayDisplayEnabled = display_.RelayDisplayEnabled,
-                      .AppPath = environment_.AppPath,
+                      .AppPath = FirstFolderOfDialogs(environment_.AppPath),
                       .Ending = [this] { return loop_.Ending(); },
                       .AskText = AskArchiveText,
                       .AskChoice = AskArchiveChoice,
@@ -378,21 +382,9 @@ void Program::ShowArchive() {
 }
 
 void Program::ShowArchivedUpload(const ArchivedUpload& upload, QWidget* parent) {
-  frmHistory viewer({.Buffer = *upload.Records,
-                     .Settings = upload.Settings,
-                     .Link = upload.Link,
-                     .Screen = window_,
-                     .Message = messages_,
-                     .Dialogs = fileDialogs_,
-                     .Time = clock_,
-                     .Locale = locale_,
-                     .CsvDateTimeSingleColumn = csvDateTimeSingleColumn_,
-                     .RelayDisplayEnabled = display_.RelayDisplayEnabled,
-                     .AppPath = environment_.AppPath,
-                     .Loop = &loop_,
-                     .LoggerName = upload.LoggerName,
-                     .ShowPlot = [this](const PlotRequest& request) { ShowPlot(request); }},
-                    parent);
+  HistoryViewerParts parts = ViewerParts(*upload.Records, upload.Settings, upload.Link);
+  parts.LoggerName = upload.LoggerName;
+  frmHistory viewer(parts, parent);
   viewer.exec();
 }
 

@@ -53,6 +53,7 @@ namespace tessmar {
 
 class frmTrend;
 struct ArchivedUpload;
+struct HistoryViewerParts;
 struct PlotRequest;
 
 /// What the program finds around it at its start.
@@ -115,6 +116,8 @@ class Program {
   void ShowConnectDialog();
   void GetHistory();
   QString ShowUpload(std::int32_t totalRecords);
+  HistoryViewerParts ViewerParts(const HistoryBuffer& buffer, const LoggerSettings& settings,
+                                 const LinkState& link);
   void ShowViewer();
   void ShowArchive();
   void ShowArchivedUpload(const ArchivedUpload& upload, QWidget* parent);

@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 
 #include "base/TextTable.h"
+#include "ui/OkCancelRow.h"
 
 namespace tessmar {
 
@@ -29,23 +30,15 @@ frmHistoryOptions::frmHistoryOptions(QString& csvDateTimeSingleColumn, QWidget* 
   choices->addWidget(optComma_);
   choices->addWidget(optNoComma_);
 
-  auto* cmdOK = new QPushButton(GetText(TextId::Close));
-  cmdOK->setObjectName(u"cmdOK"_s);
-  cmdOK->setDefault(true);
-  auto* cmdCancel = new QPushButton(GetText(TextId::Cancel));
-  cmdCancel->setObjectName(u"cmdCancel"_s);
-  auto* buttons = new QHBoxLayout;
-  buttons->addStretch();
-  buttons->addWidget(cmdOK);
-  buttons->addWidget(cmdCancel);
+  const OkCancelRow buttons(GetText(TextId::Close), GetText(TextId::Cancel));
 
   auto* rows = new QVBoxLayout(this);
   rows->addWidget(frame);
   rows->addStretch();
-  rows->addLayout(buttons);
+  rows->addLayout(buttons.Row);
 
-  connect(cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
-  connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
+  connect(buttons.OK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
+  connect(buttons.Cancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 void frmHistoryOptions::cmdOK_Click() {

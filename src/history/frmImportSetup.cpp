@@ -8,6 +8,7 @@
 #include <QVBoxLayout>
 
 #include "settings/LoggerSettings.h"
+#include "ui/OkCancelRow.h"
 
 namespace tessmar {
 namespace {
@@ -55,25 +56,17 @@ void frmImportSetup::BuildLayout() {
   cmbNumAnalogChannels_->setAccessibleName(u"Number of Analog Channels"_s);
   cmbNumDigitalChannels_->setAccessibleName(u"Number of Digital Channels"_s);
 
-  auto* cmdOK = new QPushButton(u"OK"_s);
-  cmdOK->setObjectName(u"cmdOK"_s);
-  cmdOK->setDefault(true);
-  auto* cmdCancel = new QPushButton(u"Cancel"_s);
-  cmdCancel->setObjectName(u"cmdCancel"_s);
-  auto* buttons = new QHBoxLayout;
-  buttons->addStretch();
-  buttons->addWidget(cmdOK);
-  buttons->addWidget(cmdCancel);
+  const OkCancelRow buttons(u"OK"_s, u"Cancel"_s);
 
   auto* rows = new QVBoxLayout(this);
   rows->addLayout(counts);
   rows->addWidget(chkLaunchSetup_);
   rows->addWidget(chkLaunchHistory_);
   rows->addStretch();
-  rows->addLayout(buttons);
+  rows->addLayout(buttons.Row);
 
-  connect(cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
-  connect(cmdCancel, &QPushButton::clicked, this, [this] { reject(); });
+  connect(buttons.OK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
+  connect(buttons.Cancel, &QPushButton::clicked, this, [this] { reject(); });
 }
 
 void frmImportSetup::cmdOK_Click() {
