@@ -4,6 +4,8 @@
 // one includes it.
 #define signals Q_SIGNALS
 #define slots Q_SLOTS
+// A declaration cannot stand in parentheses.
+// NOLINTNEXTLINE(bugprone-macro-parentheses)
 #define foreach(variable, container) for (variable : container)
 #include <qcustomplot.h>
 #undef foreach

@@ -68,7 +68,8 @@ QVariant StatisticsModel::headerData(int section, Qt::Orientation orientation, i
   if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 ||
       section >= columnCount())
     return QAbstractTableModel::headerData(section, orientation, role);
-  return PlotText(kHeadings.at(static_cast<std::size_t>(section + (byDay_ ? 0 : 1))));
+  const auto heading = static_cast<std::size_t>(section) + (byDay_ ? 0U : 1U);
+  return PlotText(kHeadings.at(heading));
 }
 
 }  // namespace tessmar

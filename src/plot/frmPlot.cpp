@@ -236,6 +236,7 @@ void frmPlot::changeEvent(QEvent* event) {
 void frmPlot::ChannelTicked() {
   if (filling_) return;
   std::vector<bool> shown;
+  shown.reserve(static_cast<std::size_t>(lstChannels_->count()));
   for (int row = 0; row < lstChannels_->count(); ++row)
     shown.push_back(lstChannels_->item(row)->checkState() == Qt::Checked);
   pltPlot_->SetShown(shown);
