@@ -96,6 +96,7 @@ Frames WatchOurs(PlotData& data, const SystemLocale& locale, double scale) {
   canvas.resize(kSize);
   canvas.show();
   canvas.Begin();
+  canvas.SetCursor(data.RecordCount() / 2);
   QCoreApplication::processEvents();
   return Watch(canvas, Views(data.Whole()), scale, [&](TimeRange view) {
     canvas.SetView(view);
@@ -136,6 +137,7 @@ Frames WatchPeer(const PlotData& data, double scale, double& seconds) {
   show(FittedView(data.Whole()));
   QImage screen(kSize, QImage::Format_RGB32);
   plot.render(&screen);
+  QCoreApplication::processEvents();
   seconds = static_cast<double>(timer.nsecsElapsed()) * 1e-9;
   return Watch(plot, Views(data.Whole()), scale, show);
 }

@@ -85,14 +85,14 @@ void PlotCanvas::SetCursor(std::size_t record) {
   if (record >= data_.RecordCount()) return;
   cursorRecord_ = record;
   Cursor().SetTimes({data_.Times()[record]});
-  layer(QStringLiteral("cursor"))->replot();
+  layer(QStringLiteral("overlay"))->replot();
   Q_EMIT CursorMoved();
 }
 
 void PlotCanvas::ForgetCursor() {
   cursorRecord_.reset();
   Cursor().SetTimes({});
-  layer(QStringLiteral("cursor"))->replot();
+  layer(QStringLiteral("overlay"))->replot();
   Q_EMIT CursorMoved();
 }
 

@@ -63,11 +63,11 @@ PlotStrips::PlotStrips(const PlotData& plotData, const SystemLocale& locale, QWi
   setNoAntialiasingOnDrag(false);
   plotLayout()->clear();
   addLayer(u"lines"_s, layer(u"main"_s), limAbove);
-  addLayer(u"cursor"_s, layer(u"overlay"_s), limBelow);
-  layer(u"cursor"_s)->setMode(QCPLayer::lmBuffered);
+  // The library's topmost layer has a picture of its own, so that a move of the cursor paints no
+  // more.
   stepsBack_ = new UprightLines(this, u"lines"_s, UprightLines::Form::Back);
   marks_ = new UprightLines(this, u"lines"_s, UprightLines::Form::Dashed);
-  cursor_ = new UprightLines(this, u"cursor"_s, UprightLines::Form::Plain);
+  cursor_ = new UprightLines(this, u"overlay"_s, UprightLines::Form::Plain);
   view_ = {0, 1};
   BuildStrips();
 }

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <cmath>
+#include <optional>
 #include <utility>
+
+#include "plot/ClippedLine.h"
 
 namespace tessmar {
 namespace {
@@ -37,8 +40,29 @@ class DevicePixels {
   QTransform toDevice_;
 };
 
+/// An axis as the straight line that it is, so that thousands of values take a product and a sum
+/// each.
+class AxisLine {
+ public:
+  explicit AxisLine(const QCPAxis& axis)
+      : from_(axis.range().lower),
+        at_(axis.coordToPixel(from_)),
+        scale_((axis.coordToPixel(axis.range().upper) - at_) / axis.range().size()) {}
+
+  double PixelOf(double value) const { return at_ + (value - from_) * scale_; }
+
+ private:
+  double from_;
+  double at_;
+  double scale_;
+};
+
+double Near(double place) {
+  return std::clamp(place, -kFarAway, kFarAway);
+}
+
 int Pixel(double place) {
-  return static_cast<int>(std::lround(std::clamp(place, -kFarAway, kFarAway)));
+  return static_cast<int>(std::lround(Near(place)));
 }
 
 }  // namespace
@@ -72,12 +96,6 @@ TimeRange SeriesGraph::View() const {
   return {mKeyAxis->range().lower, mKeyAxis->range().upper};
 }
 
-QPointF SeriesGraph::PixelOf(std::size_t record) const {
-  const double x = mKeyAxis->coordToPixel(data_.Times()[record]);
-  const double y = mValueAxis->coordToPixel(data_.Value(channel_, record));
-  return {std::clamp(x, -kFarAway, kFarAway), std::clamp(y, -kFarAway, kFarAway)};
-}
-
 void SeriesGraph::draw(QCPPainter* painter) {
   const double width = mKeyAxis->axisRect()->width();
   const bool isFile = painter->modes().testFlag(QCPPainter::pmVectorized);
@@ -104,9 +122,9 @@ void SeriesGraph::DrawColumns(QCPPainter* painter, bool bars) {
   const ColumnView view{View(), static_cast<int>(std::lround(inside.width() * scale))};
   const int line = std::max(1, Pixel(kLineWidth * scale));
   const int lone = std::max(2, Pixel(kLoneSize * scale));
-  const auto yOf = [&](double value) {
-    return Pixel(pixels.Place({0, mValueAxis->coordToPixel(value)}).y());
-  };
+  const AxisLine values(*mValueAxis);
+  const double top = pixels.Place({0, 0}).y();
+  const auto yOf = [&](double value) { return Pixel(top + values.PixelOf(value) * scale); };
   const std::vector<ColumnCell>& cells = cells_(view);
   QVector<QRect> rects;
   if (bars) {
@@ -133,26 +151,66 @@ void SeriesGraph::DrawColumns(QCPPainter* painter, bool bars) {
   painter->drawRects(rects);
 }
 
+// Lines of two points each, which the painter draws several times faster than a polyline; in a file
+// they are joined again, for its size and its corners.
 void SeriesGraph::DrawStrands(QCPPainter* painter, const ColumnView& fineness) {
   painter->setAntialiasing(true);
-  QPen pen = mPen;
-  pen.setWidthF(kLineWidth);
-  pen.setJoinStyle(Qt::BevelJoin);
   const auto records = static_cast<double>(data_.CountIn(View()));
   const bool dots = records * kRoomForDots <= mKeyAxis->axisRect()->width();
+  const QRectF room = QRectF(mKeyAxis->axisRect()->rect())
+                          .adjusted(-kLineWidth, -kLineWidth, kLineWidth, kLineWidth);
+  const AxisLine times(*mKeyAxis);
+  const AxisLine values(*mValueAxis);
+  QVector<QLineF> lines;
+  QVector<QPointF> points;
+  QVector<QPointF> lone;
   for (const Strand& strand : StrandsIn(data_, channel_, View())) {
-    QPolygonF line;
-    for (const std::size_t record : ThinnedStrand(data_, channel_, strand, fineness))
-      line.append(PixelOf(record));
-    painter->setPen(pen);
-    painter->setBrush(Qt::NoBrush);
-    if (line.size() > 1) painter->drawPolyline(line);
-    if (line.size() > 1 && !dots) continue;
-    painter->setPen(Qt::NoPen);
-    painter->setBrush(pen.color());
-    const double radius = (line.size() > 1 ? kDotSize : kLoneSize) / 2;
-    for (const QPointF& point : line) painter->drawEllipse(point, radius, radius);
+    std::optional<QPointF> last;
+    for (const std::size_t record : ThinnedStrand(data_, channel_, strand, fineness)) {
+      const QPointF place(times.PixelOf(data_.Times()[record]),
+                          values.PixelOf(data_.Value(channel_, record)));
+      if (last)
+        if (const auto line = ClippedLine({*last, place}, room)) lines.append(*line);
+      last = place;
+      if (!room.contains(place)) continue;
+      if (strand.End - strand.First == 1) {
+        lone.append(place);
+      } else if (dots) {
+        points.append(place);
+      }
+    }
   }
+  DrawLines(painter, lines);
+  DrawDots(painter, points, kDotSize);
+  DrawDots(painter, lone, kLoneSize);
+}
+
+void SeriesGraph::DrawLines(QCPPainter* painter, const QVector<QLineF>& lines) const {
+  QPen pen = mPen;
+  pen.setWidthF(kLineWidth);
+  pen.setCapStyle(Qt::SquareCap);
+  pen.setJoinStyle(Qt::BevelJoin);
+  painter->setPen(pen);
+  painter->setBrush(Qt::NoBrush);
+  if (!painter->modes().testFlag(QCPPainter::pmVectorized)) {
+    painter->drawLines(lines);
+    return;
+  }
+  QPolygonF path;
+  for (const QLineF& line : lines) {
+    if (path.isEmpty() || path.last() != line.p1()) {
+      if (!path.isEmpty()) painter->drawPolyline(path);
+      path = {line.p1()};
+    }
+    path.append(line.p2());
+  }
+  if (!path.isEmpty()) painter->drawPolyline(path);
+}
+
+void SeriesGraph::DrawDots(QCPPainter* painter, const QVector<QPointF>& points, double size) const {
+  painter->setPen(Qt::NoPen);
+  painter->setBrush(mPen.color());
+  for (const QPointF& point : points) painter->drawEllipse(point, size / 2, size / 2);
 }
 
 // Of the interval that the latest records in view were logged with.
@@ -169,7 +227,9 @@ void SeriesGraph::DrawBars(QCPPainter* painter) {
   painter->setPen(Qt::NoPen);
   painter->setBrush(mPen.color());
   const double width = BarWidth();
-  const double zero = std::clamp(mValueAxis->coordToPixel(0), -kFarAway, kFarAway);
+  const AxisLine times(*mKeyAxis);
+  const AxisLine values(*mValueAxis);
+  const double zero = Near(values.PixelOf(0));
   for (const RecordSpan& run : data_.Runs()) {
     RecordSpan inside = data_.InRange(run, View());
     // The halves of bars whose records lie just outside.
@@ -177,7 +237,8 @@ void SeriesGraph::DrawBars(QCPPainter* painter) {
     if (inside.End < run.End) ++inside.End;
     for (std::size_t record = inside.First; record < inside.End; ++record) {
       if (std::isnan(data_.Value(channel_, record))) continue;
-      const QPointF tip = PixelOf(record);
+      const QPointF tip(Near(times.PixelOf(data_.Times()[record])),
+                        Near(values.PixelOf(data_.Value(channel_, record))));
       const double height = std::max(std::abs(tip.y() - zero), 1.0);
       painter->drawRect(QRectF(tip.x() - width / 2, std::min(tip.y(), zero), width, height));
     }

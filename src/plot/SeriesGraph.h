@@ -34,9 +34,10 @@ class SeriesGraph final : public QCPAbstractPlottable {
 
  private:
   TimeRange View() const;
-  QPointF PixelOf(std::size_t record) const;
   void DrawColumns(QCPPainter* painter, bool bars);
   void DrawStrands(QCPPainter* painter, const ColumnView& fineness);
+  void DrawLines(QCPPainter* painter, const QVector<QLineF>& lines) const;
+  void DrawDots(QCPPainter* painter, const QVector<QPointF>& points, double size) const;
   void DrawBars(QCPPainter* painter);
   double BarWidth() const;
 
