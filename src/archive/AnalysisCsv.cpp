@@ -72,7 +72,7 @@ class TimeTexts {
 
 void AppendRow(QByteArray& piece, const ExportRow& row, const std::vector<ExportColumn>& columns,
                TimeTexts& times) {
-  times.Append(piece, row.LoggerSeconds);
+  if (row.LoggerSeconds) times.Append(piece, *row.LoggerSeconds);
   piece.append(',');
   if (row.CorrectedMs) piece.append(IsoUtcTime(*row.CorrectedMs).toLatin1());
   std::array<char, kFormattedValueSize> text;
@@ -99,6 +99,7 @@ std::optional<std::int64_t> WriteAnalysisCsv(QIODevice& device, const ExportHead
 
   TimeTexts times;
   ExportRow row;
+  row.Values.resize(head.Columns.size());
   std::int64_t count = 0;
   while (rows(row)) {
     AppendRow(piece, row, head.Columns, times);

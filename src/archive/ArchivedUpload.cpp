@@ -1,11 +1,10 @@
 #include "archive/ArchivedUpload.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <algorithm>
 #include <array>
 #include <span>
 
+#include "archive/ClockReadings.h"
 #include "archive/RecordMaker.h"
 #include "base/Fault.h"
 #include "measure/Sample.h"
@@ -16,7 +15,7 @@ namespace {
 using namespace Qt::StringLiterals;
 
 constexpr int kBitsPerByte = 8;
-constexpr std::int64_t kMsPerSecond = 1000;
+constexpr std::int64_t kRecordsPerLook = 4096;
 
 LiveSample SampleOf(const RecordRow& row) {
   LiveSample sample;
@@ -29,24 +28,6 @@ LiveSample SampleOf(const RecordRow& row) {
         static_cast<std::uint8_t>(row.Raw[qsizetype{2} * i + 1]) << kBitsPerByte;
   }
   return sample;
-}
-
-// Adds the records of an upload that still runs: those of its blocks.
-void AddBlocks(const Store& store, qint64 upload, ArchivedUpload& archived) {
-  const int words = archived.Link.AnalogChannelCount + archived.Link.PulseChannelCount;
-  const int size = RecordSize(archived.Link.AnalogChannelCount, archived.Link.PulseChannelCount);
-  store.ForEachBlock(upload, [&](std::span<const std::uint8_t> block) {
-    if (block.empty()) return;
-    for (int i = 0; i < block[0]; ++i) {
-      if (archived.Records->IsFull()) {
-        archived.Cut = true;
-        return;
-      }
-      LiveSample sample;
-      DecodeRecord(archived.Link, block, i * size + 1, words, sample);
-      archived.Records->Append(sample);
-    }
-  });
 }
 
 void AddBytes(std::vector<std::uint8_t>& bytes, std::uint32_t stamp, const QByteArray& words,
@@ -66,38 +47,29 @@ std::int32_t ClearingsBefore(const std::vector<EventRow>& events, const QDateTim
   }));
 }
 
-// Milliseconds of a clock's time of day as if it were UTC.
-std::int64_t AsIfUtc(const QDateTime& local) {
-  return QDateTime(local.date(), local.time(), Qt::UTC).toMSecsSinceEpoch();
-}
-
-std::vector<ClockReading> ReadingsOf(const ArchivedSeries& series,
-                                     const std::vector<EventRow>& events) {
-  std::vector<ClockReading> readings;
-  for (std::size_t i = 0; i < series.Rows.size(); ++i) {
-    const UploadRow& row = series.Rows[i];
-    if (!row.ClockOffsetS || row.Kind != UploadKind::History) continue;
-    const std::int64_t logger =
-        AsIfUtc(row.Started.toLocalTime()) + *row.ClockOffsetS * kMsPerSecond;
-    readings.push_back(
-        {row.Started.toMSecsSinceEpoch(), logger, logger, static_cast<std::int32_t>(i)});
-  }
-  for (const EventRow& event : events) {
-    if (event.Entry.Kind != EventKind::Synced) continue;
-    const auto offset = [](const QByteArray& json) {
-      return QJsonDocument::fromJson(json).object().value("clock_offset_s"_L1);
-    };
-    const QJsonValue before = offset(event.Entry.Before);
-    if (!before.isDouble()) continue;
-    const std::int64_t right = AsIfUtc(event.At.toLocalTime());
-    readings.push_back({event.At.toMSecsSinceEpoch(), right + before.toInteger() * kMsPerSecond,
-                        right + offset(event.Entry.After).toInteger() * kMsPerSecond});
-  }
-  std::ranges::stable_sort(readings, {}, &ClockReading::At);
-  return readings;
-}
-
 }  // namespace
+
+void ForEachSample(const Store& store, const UploadRow& upload,
+                   const std::function<void(const LiveSample&)>& take) {
+  bool any = false;
+  store.ForEachRecord(upload.Id, [&](const RecordRow& record) {
+    any = true;
+    take(SampleOf(record));
+  });
+  if (any) return;
+  LinkState link;
+  link.TrapErrors = true;
+  const int words = upload.Analog + upload.Pulse;
+  const int size = RecordSize(upload.Analog, upload.Pulse);
+  store.ForEachBlock(upload.Id, [&](std::span<const std::uint8_t> block) {
+    const int records = block.empty() ? 0 : block[0];
+    for (int i = 0; i < records; ++i) {
+      LiveSample sample;
+      DecodeRecord(link, block, i * size + 1, words, sample);
+      take(sample);
+    }
+  });
+}
 
 ArchivedUpload LoadUpload(const Store& store, qint64 upload) {
   const std::optional<UploadRow> row = store.Upload(upload);
@@ -109,22 +81,22 @@ ArchivedUpload LoadUpload(const Store& store, qint64 upload) {
   archived.Settings = SettingsOfImage(row->Settings, row->Analog, row->Pulse);
   archived.LoggerName = archived.Settings.LoggerName;
   archived.Records = std::make_unique<HistoryBuffer>();
-  store.ForEachRecord(upload, [&](const RecordRow& record) {
+  ForEachSample(store, *row, [&](const LiveSample& sample) {
     if (archived.Records->IsFull()) {
       archived.Cut = true;
-      return;
+    } else {
+      archived.Records->Append(sample);
     }
-    archived.Records->Append(SampleOf(record));
   });
-  if (archived.Records->Count() == 0) AddBlocks(store, upload, archived);
   return archived;
 }
 
-ArchivedSeries LoadSeries(const Store& store, qint64 logger) {
+ArchivedSeries LoadSeries(const Store& store, qint64 logger, const LoadProgress& progress) {
   ArchivedSeries series;
   std::vector<UploadRow> rows = store.Uploads(logger);
   std::ranges::reverse(rows);
   const std::vector<EventRow> events = store.Events(logger);
+  std::int64_t read = 0;
   for (const UploadRow& row : rows) {
     if (row.Kind == UploadKind::Live || row.Records == 0) continue;
     const int size = RecordSize(row.Analog, row.Pulse);
@@ -132,6 +104,7 @@ ArchivedSeries LoadSeries(const Store& store, qint64 logger) {
     bytes.reserve(static_cast<std::size_t>(row.Records) * static_cast<std::size_t>(size));
     store.ForEachRecord(row.Id, [&](const RecordRow& record) {
       if (record.Stamp) AddBytes(bytes, *record.Stamp, record.Raw, size);
+      if (++read % kRecordsPerLook == 0 && progress) progress(read);
     });
     series.Rows.push_back(row);
   }
@@ -146,7 +119,8 @@ ArchivedSeries LoadSeries(const Store& store, qint64 logger) {
          .Undated = image});
   }
   series.Series = JoinUploads(series.Uploads);
-  series.Corrected = CorrectedTimes(series.Uploads, series.Series, ReadingsOf(series, events));
+  series.Corrected = CorrectedTimes(series.Uploads, series.Series,
+                                    ClockReadingsOf(series.Rows, events, series.Rows));
   return series;
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -35,8 +36,16 @@ struct ArchivedSeries {
   std::vector<std::int64_t> Corrected;  ///< By record of the series, see CorrectedTimes.
 };
 
+/// Told now and then how many records have been read. May throw, which ends the reading.
+using LoadProgress = std::function<void(std::int64_t records)>;
+
 /// Reads and joins the uploads of a logger, without what lies in the bin and without live samples.
 /// Throws ArchiveFault.
-ArchivedSeries LoadSeries(const Store& store, qint64 logger);
+ArchivedSeries LoadSeries(const Store& store, qint64 logger, const LoadProgress& progress = {});
+
+/// Hands over the records of an upload in their order; of one that is not ended, those of its
+/// blocks. Throws ArchiveFault.
+void ForEachSample(const Store& store, const UploadRow& upload,
+                   const std::function<void(const LiveSample&)>& take);
 
 }  // namespace tessmar

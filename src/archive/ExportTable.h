@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QString>
-#include <array>
 #include <cstdint>
 #include <functional>
 #include <limits>
@@ -10,15 +9,14 @@
 
 namespace tessmar {
 
-/// The most channels that a record has.
-inline constexpr int kExportChannels = 10;
-
 /// A place of a record without a value.
 inline constexpr double kNoExportValue = std::numeric_limits<double>::quiet_NaN();
 
 /// One channel of an export.
 struct ExportColumn {
-  QString Place;   ///< "a1" to "a8", "p1" or "p2"; unlike the name never twice in one export.
+  /// "a1" to "a8", "p1" or "p2"; unlike the name never twice in one export: what stood in a place
+  /// later, under another name or unit, is "a1_2".
+  QString Place;
   QString Name;    ///< What is measured, in the operator's words; may be empty.
   QString Unit;    ///< As the logger has it; may be empty.
   int Decimals;    ///< Of the values, 0 to 6.
@@ -39,18 +37,20 @@ struct ExportHead {
 
 /// One record of an export.
 struct ExportRow {
-  /// The time as the logger's clock gave it, in seconds since 1970-01-01 00:00:00 of that clock.
-  std::int64_t LoggerSeconds = 0;
+  /// The time as the logger's clock gave it, in seconds since 1970-01-01 00:00:00 of that clock;
+  /// nothing for a record that is cut off.
+  std::optional<std::int64_t> LoggerSeconds = {};
   /// The time corrected by what is known of the clock, in milliseconds since 1970-01-01T00:00:00Z;
   /// nothing where nothing is known.
   std::optional<std::int64_t> CorrectedMs = {};
   /// Two uploads have different records in this place, and this is one of them.
   bool Disagrees = false;
-  /// The values of the columns in their order, rounded to their decimals; not a number for none.
-  std::array<double, kExportChannels> Values{};
+  /// The values of the columns in their order, as many as there are columns, rounded to their
+  /// decimals; not a number for none.
+  std::vector<double> Values = {};
 };
 
-/// Gives the next row, or false behind the last one.
+/// Gives the next row, or false behind the last one. The row has room for its values.
 using ExportRows = std::function<bool(ExportRow& row)>;
 
 /// Told now and then how many rows are done. False breaks the export off.

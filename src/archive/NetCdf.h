@@ -1,11 +1,26 @@
 #pragma once
 
-#include <QByteArray>
+#include <QByteArrayView>
+#include <cstdlib>
+#include <memory>
 #include <optional>
 
 #include "archive/ExportTable.h"
 
 namespace tessmar {
+
+/// The bytes of a NetCDF file.
+class NetCdfBytes {
+ public:
+  /// Takes memory of malloc.
+  NetCdfBytes(void* memory, qsizetype size) : memory_(memory, &std::free), size_(size) {}
+
+  QByteArrayView View() const { return {static_cast<const char*>(memory_.get()), size_}; }
+
+ private:
+  std::unique_ptr<void, decltype(&std::free)> memory_;
+  qsizetype size_;
+};
 
 /// Makes a NetCDF-4 file of records, by the CF conventions 1.8: one station with a series of
 /// records in the contiguous ragged array representation, so that times that were set back stay in
@@ -17,11 +32,12 @@ namespace tessmar {
 /// (1 where two uploads disagree). A channel's long_name is the logger's own text, units the
 /// spelling of UDUNITS where the unit is known, comment the method of a derived value.
 ///
-/// The file is made in memory, so that a full disk cannot harm one that stands there already.
+/// The file is made in memory, 8 bytes for each value and each of the two times: the library ends
+/// the whole process when a disk is full.
 ///
-/// @return the bytes of the file, or nothing when the progress broke the export off. Throws
-///     FileFault when the library cannot make the file.
-std::optional<QByteArray> MakeNetCdf(const ExportHead& head, const ExportRows& rows,
-                                     const ExportProgress& progress);
+/// @return nothing when the progress broke the export off. Throws FileFault when the library cannot
+///     make the file, NetCdfMissing when it is not installed.
+std::optional<NetCdfBytes> MakeNetCdf(const ExportHead& head, const ExportRows& rows,
+                                      const ExportProgress& progress);
 
 }  // namespace tessmar

@@ -95,13 +95,17 @@ void RecordMaker::Make(std::span<const std::uint8_t> block, int index, RecordRow
     row.Raw[qsizetype{2} * word + 1] = static_cast<char>(value >> 8 & 0xFF);
   }
   row.Values.fill(std::nullopt);
+  for (int i = 1; i < table_.ColumnCount(); ++i)
+    row.Values[static_cast<std::size_t>(PlaceOf(table_.Column(i)))] = ShownValue(record, i);
+}
+
+std::optional<double> RecordMaker::ShownValue(const LiveSample& record, int channel) const {
   std::array<char, HistoryTable::kCellSize> text;
-  for (int i = 1; i < table_.ColumnCount(); ++i) {
-    const int length = table_.WriteCell(text.data(), record, i);
-    double value = 0;
-    if (std::from_chars(text.data(), text.data() + length, value).ptr == text.data() + length)
-      row.Values[static_cast<std::size_t>(PlaceOf(table_.Column(i)))] = value;
-  }
+  const int length = table_.WriteCell(text.data(), record, channel);
+  double value = 0;
+  if (std::from_chars(text.data(), text.data() + length, value).ptr != text.data() + length)
+    return std::nullopt;
+  return value;
 }
 
 // Only the date is carried over, the time is shown as it is stored: as the table does it.

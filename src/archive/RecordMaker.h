@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -26,6 +27,15 @@ class RecordMaker {
 
   /// The enabled channels, analog ones first.
   std::vector<ChannelRow> Channels() const;
+
+  /// The value that the viewer shows, rounded to its decimals; nothing where it shows none.
+  /// @param channel  from 1, in the order of Channels.
+  std::optional<double> ShownValue(const LiveSample& record, int channel) const;
+
+  /// True when equal words of the record mean equal values of this channel, from 1.
+  bool FollowsFromWord(int channel) const { return table_.Column(channel).OwnReading; }
+  /// The place of that word in a record.
+  int WordOf(int channel) const { return table_.Column(channel).Word; }
 
   /// How many records a block has; none where its count cannot be.
   int CountOf(std::span<const std::uint8_t> block) const;

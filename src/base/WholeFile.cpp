@@ -193,8 +193,12 @@ void WholeFile::OpenBeside() {
   if (!replaces_ || !refused) throw FileTrouble::FromError(errno, path_);
 }
 
-void WholeFile::Write(QByteArrayView bytes) {
+void WholeFile::ThrowFailure() const {
   if (failure_) throw FileTrouble(*failure_);
+}
+
+void WholeFile::Write(QByteArrayView bytes) {
+  ThrowFailure();
   try {
     if (beside_.IsOpen()) {
       WriteAll(beside_, bytes, written_, path_);
@@ -215,7 +219,7 @@ QIODevice& WholeFile::Device() {
 }
 
 void WholeFile::Commit() {
-  if (failure_) throw FileTrouble(*failure_);
+  ThrowFailure();
   if (!beside_.IsOpen()) {
     WriteDirectly(collected_);
     return;

@@ -44,6 +44,9 @@ class WholeFile {
   /// that the writer does not look at is thrown by Commit.
   QIODevice& Device();
 
+  /// Throws the failure of the writing so far, if there was one.
+  void ThrowFailure() const;
+
   /// Flushes and replaces the file. Nothing can be written afterwards.
   void Commit();
 

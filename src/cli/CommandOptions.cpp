@@ -65,6 +65,18 @@ class OptionReader {
               .arg(NameOf(option), QString::number(least), QString::number(most), text));
     return static_cast<int>(value);
   }
+  bool IsAnalysis() const {
+    const QString style = Text(kOptionStyle);
+    if (style.isEmpty() || style == "viewer"_L1) return false;
+    if (style == "analysis"_L1) return true;
+    throw WrongUsage(TwoLanguages{
+        u"--style: viewer or analysis is wanted, not \"%1\"; for NetCDF give a file "
+        u"whose name ends in .nc, which standard output cannot be",
+        u"--style: viewer oder analysis wird gebraucht, nicht \"%1\"; für NetCDF eine "
+        u"Datei angeben, deren Name auf .nc endet; die Standardausgabe geht dafür nicht"}
+                         .Text()
+                         .arg(style));
+  }
   int Baud() const {
     if (!Has(kOptionBaud)) return CommandOptions().Baud;
     const QString text = parser_.value(NameOf(kOptionBaud));
@@ -102,9 +114,9 @@ const CommandRow& FindCommand(const QStringList& arguments) {
                        .arg(isGroup ? two.trimmed() : one));
 }
 
-void CheckOperands(const CommandRow& row, const QStringList& operands) {
+void CheckOperands(const CommandRow& row, const QStringList& operands, bool namesLogger) {
   const bool empty = std::ranges::any_of(operands, [](const QString& o) { return o.isEmpty(); });
-  if (operands.size() == row.OperandCount && !empty) return;
+  if (operands.size() == row.OperandCount - (namesLogger ? 1 : 0) && !empty) return;
   throw WrongUsage(TwoLanguages{u"usage: tessmar %1 %2", u"Aufruf: tessmar %1 %2"}
                        .Text()
                        .arg(QString::fromUtf16(row.Words), QString::fromUtf16(row.Operands))
@@ -124,7 +136,9 @@ CommandOptions ReadOptions(const CommandRow& row, const OptionReader& reader) {
   CommandOptions options;
   options.Work = row.Work;
   options.Operands = reader.Operands();
-  CheckOperands(row, options.Operands);
+  options.Logger = reader.Text(kOptionLogger);
+  CheckOperands(row, options.Operands, !options.Logger.isEmpty());
+  options.Analysis = reader.IsAnalysis();
   options.Baud = reader.Baud();
   options.Json = reader.Has(kOptionJson);
   options.Quiet = reader.Has(kOptionQuiet);

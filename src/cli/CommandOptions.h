@@ -19,7 +19,9 @@ struct CommandOptions {
   bool NoArchive = false;
   std::optional<int> Every;  ///< Seconds.
   std::optional<int> Count;
-  QString Csv;  ///< A path, "-" for standard output, empty for none.
+  bool Analysis = false;  ///< CSV of the style "analysis".
+  QString Logger;         ///< Its name in the archive; empty for none.
+  QString Csv;            ///< A path, "-" for standard output, empty for none.
   bool Sync = false;
   bool Yes = false;
   bool Force = false;

@@ -20,6 +20,7 @@ enum class CommandWork {
   Convert,
   ArchiveList,
   ArchiveShow,
+  ArchiveExport,
   ArchiveCheck,
 };
 
@@ -38,6 +39,8 @@ enum CommandOption : std::uint32_t {
   kOptionForce = 1U << 10,
   kOptionAnalog = 1U << 11,
   kOptionPulse = 1U << 12,
+  kOptionStyle = 1U << 13,
+  kOptionLogger = 1U << 14,
 };
 
 /// A text in both languages of the program.
@@ -53,8 +56,8 @@ struct CommandRow {
   CommandWork Work;
   const char16_t* Words;     ///< "settings get"
   const char16_t* Operands;  ///< "PORT FILE.set"
-  int OperandCount;
-  std::uint32_t Options;  ///< A sum of CommandOption values.
+  int OperandCount;          ///< One less with --logger, which stands for the first.
+  std::uint32_t Options;     ///< A sum of CommandOption values.
   TwoLanguages Meaning;
   const char16_t* Example;
 };

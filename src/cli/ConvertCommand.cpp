@@ -11,15 +11,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-void CheckFormat(const QString& path) {
-  if (path == kStandardOutput || path.endsWith(".csv"_L1, Qt::CaseInsensitive)) return;
-  throw CommandFailure(TwoLanguages{u"%1: no known form; a file's name ends in .csv",
-                                    u"%1: keine bekannte Form; der Dateiname endet auf .csv"}
-                           .Text()
-                           .arg(path),
-                       kCommandWrongUsage);
-}
-
 void Report(CommandEnvironment& environment, const CommandOptions& options, const QString& name,
             std::int32_t records, bool written) {
   const QString& source = options.Operands[0];
@@ -51,7 +42,7 @@ void Report(CommandEnvironment& environment, const CommandOptions& options, cons
 CommandStatus RunConvert(CommandEnvironment& environment, const CommandOptions& options) {
   const QString& source = options.Operands[0];
   const QString& file = options.Operands[1];
-  CheckFormat(file);
+  const ExportKind kind = KindOfFile(file, options);
   LinkState link;
   link.TrapErrors = true;
   LoggerSettings settings;
@@ -61,7 +52,12 @@ CommandStatus RunConvert(CommandEnvironment& environment, const CommandOptions& 
   NoBlockSink sink;
   image.ReadRecords(buffer, sink);
   const bool any = buffer.Count() > 0;
-  if (any) SaveHistory(environment, file, buffer, settings, link);
+  if (any) {
+    ExportSource records =
+        SourceOfBuffer(buffer, settings, link.AnalogChannelCount, link.PulseChannelCount);
+    records.Head.Source = u"image file "_s + source;
+    SaveRecords(environment, file, kind, records, GoOn);
+  }
   Report(environment, options, settings.LoggerName, buffer.Count(), any);
   return kCommandDone;
 }

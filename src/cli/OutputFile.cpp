@@ -15,6 +15,10 @@ QIODevice& OutputFile::Device() {
   return file_ ? file_->Device() : out_.Device();
 }
 
+void OutputFile::ThrowFailure() const {
+  if (file_) file_->ThrowFailure();
+}
+
 void OutputFile::Commit() {
   if (file_) {
     file_->Commit();

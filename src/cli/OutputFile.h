@@ -22,6 +22,8 @@ class OutputFile {
   OutputFile(Output& out, const QString& path);
 
   QIODevice& Device();
+  /// Throws what went wrong with the file so far, if anything did.
+  void ThrowFailure() const;
   /// Puts what was written in the place of the file.
   void Commit();
 

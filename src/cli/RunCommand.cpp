@@ -33,6 +33,8 @@ CommandStatus Run(CommandEnvironment& environment, const CommandOptions& options
       return RunArchiveList(environment, options);
     case CommandWork::ArchiveShow:
       return RunArchiveShow(environment, options);
+    case CommandWork::ArchiveExport:
+      return RunArchiveExport(environment, options);
     case CommandWork::ArchiveCheck:
       return RunArchiveCheck(environment, options);
   }

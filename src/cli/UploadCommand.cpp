@@ -1,9 +1,9 @@
 #include <QElapsedTimer>
 #include <optional>
 
-#include "ProgramVersion.h"
 #include "archive/Journal.h"
 #include "archive/Store.h"
+#include "cli/ArchiveFile.h"
 #include "cli/Commands.h"
 #include "cli/HistoryFile.h"
 #include "cli/LoggerLine.h"
@@ -40,14 +40,11 @@ class Upload {
     started_ = environment_.Time.Now();
     promised_ = logger.Link.RecordCount;
     if (promised_ == 0) return Empty();
-    Journal archive(
-        ArchivePath(),
-        {.Link = logger.Link,
-         .Settings = logger.Settings,
-         .Time = environment_.Time,
-         .Source = [&logger] { return logger.PortName(); },
-         .Program =
-             u"tessmar %1.%2.%3"_s.arg(kVersionMajor).arg(kVersionMinor).arg(kVersionRevision)});
+    Journal archive(ArchivePath(), {.Link = logger.Link,
+                                    .Settings = logger.Settings,
+                                    .Time = environment_.Time,
+                                    .Source = [&logger] { return logger.PortName(); },
+                                    .Program = WrittenBy()});
     Pull(archive);
     Keep(archive);
     return IsWhole() ? Done() : BrokenOff();
@@ -66,6 +63,9 @@ class Upload {
   CommandStatus BrokenOff();
   QString Reason() const;
   QString KeepPart();
+  ExportSource Records() const;
+  ExportKind Kind() const;
+  void Save(const QString& file) const;
   void Report(const QString& file);
 
   CommandEnvironment& environment_;
@@ -83,7 +83,7 @@ class Upload {
 
 QString Upload::ArchivePath() const {
   if (options_.NoArchive) return {};
-  return options_.ArchivePath.isEmpty() ? Store::DefaultPath() : options_.ArchivePath;
+  return ArchivePathOf(options_);
 }
 
 void Upload::Pull(Journal& archive) {
@@ -156,8 +156,7 @@ CommandStatus Upload::Empty() {
 }
 
 CommandStatus Upload::Done() {
-  if (!options_.Csv.isEmpty())
-    SaveHistory(environment_, options_.Csv, buffer_, logger_->Settings, logger_->Link);
+  if (!options_.Csv.isEmpty()) Save(options_.Csv);
   Report(options_.Csv);
   return options_.Csv.isEmpty() && !IsArchived() ? kCommandFailed : kCommandDone;
 }
@@ -193,8 +192,42 @@ QString Upload::KeepPart() {
   if (options_.Csv.isEmpty() || IsArchived()) return {};
   const bool toStandardOutput = options_.Csv == kStandardOutput;
   QString part = toStandardOutput ? options_.Csv : options_.Csv + u".part"_s;
-  SaveHistory(environment_, part, buffer_, logger_->Settings, logger_->Link);
+  Save(part);
   return part;
+}
+
+// What is known of the logger's clock is in the archive.
+ExportSource Upload::Records() const {
+  const ExportKind kind = Kind();
+  if (IsArchived() && kind != ExportKind::ViewerCsv) {
+    try {
+      Store store(ArchivePath());
+      store.Open(Store::Access::Read);
+      return SourceOfUpload(store, kept_.Id);
+    } catch (const ArchiveFault& fault) {
+      out_.Complaint(ArchiveRefusal(ArchivePath(), fault).Text +
+                     TwoLanguages{u"; the file has no corrected times",
+                                  u"; die Datei hat keine berichtigten Zeiten"}
+                         .Text());
+    }
+  }
+  ExportSource source = SourceOfBuffer(buffer_, logger_->Settings, logger_->Link.AnalogChannelCount,
+                                       logger_->Link.PulseChannelCount);
+  source.Head.LoggerModel = QString::number(logger_->Link.LoggerModelCode);
+  source.Head.Firmware = QString::number(logger_->Link.FirmwareVersion);
+  source.Head.Source = u"upload of %1 from %2"_s.arg(IsoUtc(started_), logger_->PortName());
+  return source;
+}
+
+// Any other ending than .nc is as good as .csv here.
+ExportKind Upload::Kind() const {
+  if (ExportKindOf(options_.Csv) == ExportKind::NetCdf) return ExportKind::NetCdf;
+  return options_.Analysis ? ExportKind::AnalysisCsv : ExportKind::ViewerCsv;
+}
+
+void Upload::Save(const QString& file) const {
+  ExportSource records = Records();
+  SaveRecords(environment_, file, Kind(), records, GoOn);
 }
 
 // What was kept, and where; not between the data on standard output.

@@ -184,10 +184,9 @@ class RowCells {
   std::vector<Last> last_;
 };
 
-void WriteTable(Chunks chunks, const HistoryTable& table, const CsvHead& head,
-                const CsvProgress& progress) {
-  WriteHead(chunks, table, head);
-  RowTimes times(table.Locale(), head.SingleColumn);
+void WriteRows(Chunks& chunks, const HistoryTable& table, bool singleColumn,
+               const CsvProgress& progress) {
+  RowTimes times(table.Locale(), singleColumn);
   RowCells cells(table);
   int flushes = chunks.Flushes();
   const int columns = table.ColumnCount();
@@ -210,18 +209,39 @@ void WriteTable(Chunks chunks, const HistoryTable& table, const CsvHead& head,
     chunks.Took(static_cast<int>(end - begin));
   }
   if (table.RowCount() > 0) progress(table.RowCount());
+}
+
+void WriteTable(Chunks chunks, const HistoryTable& table, const CsvHead& head,
+                const CsvProgress& progress) {
+  WriteHead(chunks, table, head);
+  WriteRows(chunks, table, head.SingleColumn, progress);
   chunks.Flush();
+}
+
+Sink To(QIODevice& device) {
+  return [&device](QByteArrayView bytes) {
+    if (device.write(bytes.data(), bytes.size()) != bytes.size())
+      throw FileFault("the CSV file was not written");
+  };
 }
 
 }  // namespace
 
 void WriteCsv(QIODevice& device, const HistoryTable& table, const CsvHead& head,
               const CsvProgress& progress) {
-  const Sink sink = [&device](QByteArrayView bytes) {
-    if (device.write(bytes.data(), bytes.size()) != bytes.size())
-      throw FileFault("the CSV file was not written");
-  };
-  WriteTable(Chunks(sink), table, head, progress);
+  WriteTable(Chunks(To(device)), table, head, progress);
+}
+
+void WriteCsvHead(QIODevice& device, const HistoryTable& table, const CsvHead& head) {
+  Chunks chunks(To(device));
+  WriteHead(chunks, table, head);
+  chunks.Flush();
+}
+
+void WriteCsvRows(QIODevice& device, const HistoryTable& table, bool singleColumn) {
+  Chunks chunks(To(device));
+  WriteRows(chunks, table, singleColumn, [](std::int32_t) {});
+  chunks.Flush();
 }
 
 void SaveCsv(const QString& path, const HistoryTable& table, const CsvHead& head,

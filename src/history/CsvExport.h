@@ -27,8 +27,13 @@ using CsvProgress = std::function<void(std::int32_t row)>;
 void WriteCsv(QIODevice& device, const HistoryTable& table, const CsvHead& head,
               const CsvProgress& progress);
 
-/// The same into a file, which is replaced whole or not at all. Throws FileTrouble, which says why
-/// not; the old file is as it was then.
+/// The two parts of that file by themselves, for more records than one table holds: lines 1 and 2,
+/// and the lines of a table's rows. Both throw as WriteCsv does.
+void WriteCsvHead(QIODevice& device, const HistoryTable& table, const CsvHead& head);
+void WriteCsvRows(QIODevice& device, const HistoryTable& table, bool singleColumn);
+
+/// The same as WriteCsv into a file, which is replaced whole or not at all. Throws FileTrouble,
+/// which says why not; the old file is as it was then.
 void SaveCsv(const QString& path, const HistoryTable& table, const CsvHead& head,
              const CsvProgress& progress);
 

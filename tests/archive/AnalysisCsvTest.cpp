@@ -58,13 +58,18 @@ TEST(AnalysisCsv, WritesTimesBeforeTheEpochAndAtTheEndOfADay) {
             "1969-12-31T23:59:59,,0\r\n1970-01-01T23:59:59,,0\r\n1970-01-01T00:00:00,,0\r\n");
 }
 
+TEST(AnalysisCsv, ARecordThatIsCutOffHasNoTime) {
+  EXPECT_EQ(Written({}, {{.Disagrees = true}}),
+            "logger_time,corrected_time,disagreement\r\n,,1\r\n");
+}
+
 TEST(AnalysisCsv, IsTheSameInPieces) {
   // More than two pieces of 256 KiB.
   std::vector<ExportRow> rows(20000);
   QByteArray expected = "logger_time,corrected_time,a1,disagreement\r\n";
   for (std::size_t i = 0; i < rows.size(); ++i) {
     rows[i].LoggerSeconds = static_cast<std::int64_t>(i % 60);
-    rows[i].Values[0] = static_cast<double>(i);
+    rows[i].Values = {static_cast<double>(i)};
     expected += "1970-01-01T00:00:" + QByteArray::number(i % 60).rightJustified(2, '0') + ",," +
                 QByteArray::number(i) + ",0\r\n";
   }

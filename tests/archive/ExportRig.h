@@ -44,4 +44,9 @@ inline std::vector<ExportRow> PondRows() {
           {.LoggerSeconds = 1774746000, .Disagrees = true, .Values = {-0.25, 65535, 1}}};
 }
 
+/// So many records without any value.
+inline std::vector<ExportRow> EmptyRows(std::size_t count) {
+  return std::vector<ExportRow>(count, ExportRow{.Values = std::vector<double>(3, kNoExportValue)});
+}
+
 }  // namespace tessmar::test

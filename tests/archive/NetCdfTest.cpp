@@ -28,7 +28,8 @@ QString Dumped(const QByteArray& bytes, const QStringList& options) {
 }
 
 QByteArray Made(const ExportHead& head, std::vector<ExportRow> rows) {
-  return MakeNetCdf(head, Rows(std::move(rows)), NeverMind()).value_or(QByteArray());
+  const std::optional<NetCdfBytes> bytes = MakeNetCdf(head, Rows(std::move(rows)), NeverMind());
+  return bytes ? bytes->View().toByteArray() : QByteArray();
 }
 
 TEST(NetCdf, DescribesItselfByTheConventions) {
@@ -58,7 +59,7 @@ TEST(NetCdf, HoldsMoreRecordsThanOnePiece) {
   ExportHead head;
   head.Columns = {{u"a1"_s, {}, {}, 0, {}}};
   std::vector<ExportRow> rows(70001);
-  for (std::size_t i = 0; i < rows.size(); ++i) rows[i].Values[0] = static_cast<double>(i);
+  for (std::size_t i = 0; i < rows.size(); ++i) rows[i].Values = {static_cast<double>(i)};
   const QString dump = Dumped(Made(head, rows), {u"-v"_s, u"a1"_s});
   EXPECT_TRUE(dump.contains(u"obs = UNLIMITED ; // (70001 currently)"_s));
   QStringList expected;
@@ -68,15 +69,22 @@ TEST(NetCdf, HoldsMoreRecordsThanOnePiece) {
             expected.join(u", "_s));
 }
 
+TEST(NetCdf, ARecordThatIsCutOffHasNoTime) {
+  std::vector<ExportRow> rows = PondRows();
+  rows[1].LoggerSeconds = std::nullopt;
+  const QString dump = Dumped(Made(PondHead(), rows), {u"-v"_s, u"time"_s});
+  EXPECT_TRUE(dump.contains(u" time = 1774749599, _, 1774746000 ;"_s)) << dump.toStdString();
+}
+
 TEST(NetCdf, OfNothingIsAFileWithoutRecords) {
   const QString dump = Dumped(Made({}, {}), {u"-h"_s});
   EXPECT_TRUE(dump.contains(u"obs = UNLIMITED ; // (0 currently)"_s)) << dump.toStdString();
 }
 
 TEST(NetCdf, IsBrokenOffByTheProgress) {
-  EXPECT_EQ(MakeNetCdf(PondHead(), Rows(std::vector<ExportRow>(5000)),
-                       [](std::int64_t) { return false; }),
-            std::nullopt);
+  EXPECT_FALSE(MakeNetCdf(PondHead(), Rows(EmptyRows(5000)), [](std::int64_t) {
+                 return false;
+               }).has_value());
 }
 
 }  // namespace

@@ -51,6 +51,18 @@ TEST_F(CommandOptionsTest, TakesADashForStandardOutput) {
   EXPECT_EQ(Good("tessmar settings get COM5 -").Operands, (QStringList{u"COM5"_s, u"-"_s}));
 }
 
+TEST_F(CommandOptionsTest, ReadsWhatIsExported) {
+  CommandOptions options = Good("tessmar archive export 12 a.csv");
+  EXPECT_EQ(options.Operands, (QStringList{u"12"_s, u"a.csv"_s}));
+  EXPECT_FALSE(options.Analysis);
+  EXPECT_FALSE(Good("tessmar archive export 12 a.csv --style viewer").Analysis);
+  EXPECT_TRUE(Good("tessmar upload COM5 --csv a.csv --style analysis").Analysis);
+  options = Good("tessmar archive export --logger Weir a.nc --style=analysis");
+  EXPECT_EQ(options.Logger, u"Weir"_s);
+  EXPECT_EQ(options.Operands, QStringList{u"a.nc"_s});
+  EXPECT_TRUE(options.Analysis);
+}
+
 TEST_F(CommandOptionsTest, UsesTheUsualSpeed) {
   EXPECT_EQ(Good("tessmar status COM5").Baud, 38400);
 }
@@ -75,6 +87,14 @@ TEST_F(CommandOptionsTest, RefusesWhatCannotBe) {
   EXPECT_EQ(error("tessmar convert a.bin a.csv --analog 9 --pulse 0"),
             u"--analog: a number from 0 to 8 is wanted, not \"9\""_s);
   EXPECT_EQ(error("tessmar upload COM5 --csv="), u"--csv: a value is wanted"_s);
+  EXPECT_EQ(error("tessmar archive export 12"),
+            u"usage: tessmar archive export N|--logger NAME FILE"_s);
+  EXPECT_EQ(error("tessmar archive export 12 a.nc --logger Weir"),
+            u"usage: tessmar archive export N|--logger NAME FILE"_s);
+  EXPECT_EQ(error("tessmar archive export --logger= a.nc"), u"--logger: a value is wanted"_s);
+  EXPECT_EQ(error("tessmar archive export 12 - --style netcdf"),
+            u"--style: viewer or analysis is wanted, not \"netcdf\"; for NetCDF give a file whose "
+            u"name ends in .nc, which standard output cannot be"_s);
 }
 
 TEST_F(CommandOptionsTest, WantsConsentToWhatChangesALogger) {
