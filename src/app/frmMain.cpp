@@ -13,6 +13,7 @@
 #include <QVBoxLayout>
 
 #include "measure/MeterColumn.h"
+#include "ui/FactsRow.h"
 #include "ui/FittingLabel.h"
 
 namespace tessmar {
@@ -112,7 +113,7 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
   rows->addLayout(MakeStateRow());
   rows->addLayout(MakeTotalsRow());
   rows->addLayout(MakeCommandRow());
-  rows->addLayout(MakeStatusLine());
+  rows->addWidget(MakeStatusLine());
   setCentralWidget(centre);
   MakeMenus();
 
@@ -236,13 +237,11 @@ QHBoxLayout* frmMain::MakeCommandRow() {
   return row;
 }
 
-QHBoxLayout* frmMain::MakeStatusLine() {
-  constexpr std::pair<const char*, int> kFacts[] = {
-      {"lblArchived", 44}, {"lblClockDrift", 30}, {"lblMemoryFull", 48}};
-  auto* row = new QHBoxLayout;
-  row->setSpacing(16);
-  for (const auto& [name, characters] : kFacts)
-    row->addWidget(Add(new FittingLabel(characters), QString::fromLatin1(name)), characters);
+QWidget* frmMain::MakeStatusLine() {
+  auto* row = new FactsRow;
+  int place = 0;
+  for (const auto& name : {u"lblArchived"_s, u"lblClockDrift"_s, u"lblMemoryFull"_s})
+    Add(row->Fact(place++), name);
   return row;
 }
 

@@ -92,7 +92,7 @@ class frmMain final : public QMainWindow, public MainScreen {
   QHBoxLayout* MakeStateRow();
   QHBoxLayout* MakeTotalsRow();
   QHBoxLayout* MakeCommandRow();
-  QHBoxLayout* MakeStatusLine();
+  QWidget* MakeStatusLine();
   void MakeMenus();
   void TellReading(const QString& valueLabel);
   QMenu* MakeActionMenu(const QString& prefix);

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "archive/ArchiveTexts.h"
+#include "archive/LastSettings.h"
 #include "archive/ProcessOwner.h"
 #include "settings/config.h"
 
@@ -153,6 +154,17 @@ void Journal::Note(const LogbookEntry& entry) {
       {.Row = {.Uuid = NewUuid(), .At = context_.Time.Now().toUTC(), .Entry = entry},
        .Logger = ConnectedLogger()});
   if (waitsSince_ < 0) waitsSince_ = context_.Time.SteadyMs();
+}
+
+std::optional<KnownSettings> Journal::LastSettings() {
+  if (Path().isEmpty()) return std::nullopt;
+  std::optional<KnownSettings> known;
+  Try([&] {
+    const bool isThere = writer_.IsOpen() || QFileInfo::exists(writer_.Path());
+    if (isThere) writer_.Open();
+    known = FindLastSettings(isThere ? &writer_.Reader() : nullptr, queue_, ConnectedLogger());
+  });
+  return known;
 }
 
 bool Journal::Tick() {

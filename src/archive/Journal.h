@@ -58,6 +58,7 @@ class Journal final : public BlockSink, public Logbook {
   void BeginAnew() override;
   void End(UploadEnd end) override;
   void Note(const LogbookEntry& entry) override;
+  std::optional<KnownSettings> LastSettings() override;
 
   /// Does what is due: writes what waits, goes on with records, looks after what another process
   /// has left unfinished.

@@ -16,6 +16,7 @@
 
 #include "archive/ArchiveEdits.h"
 #include "archive/ArchiveTexts.h"
+#include "archive/CalibrationsPage.h"
 #include "archive/WindowTexts.h"
 #include "base/FileTrouble.h"
 #include "base/TextTable.h"
@@ -81,6 +82,7 @@ void frmArchive::ShowChosen() {
   }
   if (InBin()) events.clear();
   uploadsModel_.Set(std::move(uploads), names_);
+  calibrations_->Show(events, names_);
   logbookModel_.Set(std::move(events), names_);
   if (uploadsFilter_.rowCount() > 0) tblUploads_->setCurrentIndex(uploadsFilter_.index(0, 0));
   ShowStatus();

@@ -25,9 +25,11 @@ class QPushButton;
 class QSplitter;
 class QTableView;
 class QTreeView;
-class QVBoxLayout;
 
 namespace tessmar {
+
+class CalibrationsPage;
+class LogbookTabs;
 
 /// What the archive's window works with. All of it must outlive the window.
 struct ArchiveParts {
@@ -71,7 +73,8 @@ class frmArchive : public QDialog {
   void BuildLayout();
   QWidget* Sides();
   void OrderTabs();
-  QVBoxLayout* TableWithCaption(QTableView* table, const QString& caption);
+  QWidget* UploadsWithCaption();
+  LogbookTabs* LogbookPages();
   void Connect();
   void Load();
   void ReadAll();
@@ -114,6 +117,7 @@ class frmArchive : public QDialog {
   QTreeView* treeLoggers_;
   QTableView* tblUploads_;
   QTableView* tblLogbook_;
+  CalibrationsPage* calibrations_;
   QLineEdit* txtFilter_;
   QCheckBox* chkSince_;
   QDateEdit* dtpSince_;

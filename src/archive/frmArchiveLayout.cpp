@@ -9,12 +9,16 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QSplitter>
+#include <QTabBar>
 #include <QTableView>
 #include <QTreeView>
 #include <QVBoxLayout>
 #include <algorithm>
 #include <array>
 
+#include "archive/ArchiveTable.h"
+#include "archive/CalibrationsPage.h"
+#include "archive/LogbookTabs.h"
 #include "archive/WindowTexts.h"
 #include "archive/frmArchive.h"
 #include "base/TextTable.h"
@@ -32,34 +36,6 @@ QString WithoutMnemonic(QString text) {
   return text.remove(u'&').remove(u':');
 }
 
-void SetUpTable(QTableView* table, const QString& name, const QString& caption,
-                QAbstractItemModel* model) {
-  table->setObjectName(name);
-  table->setAccessibleName(WithoutMnemonic(caption));
-  table->setModel(model);
-  table->setSelectionBehavior(QAbstractItemView::SelectRows);
-  table->setEditTriggers(QAbstractItemView::NoEditTriggers);
-  table->setTabKeyNavigation(false);
-  table->setAlternatingRowColors(true);
-  table->setShowGrid(false);
-  table->setWordWrap(false);
-  table->verticalHeader()->hide();
-  table->verticalHeader()->setDefaultSectionSize(table->fontMetrics().height() + 6);
-  table->horizontalHeader()->setHighlightSections(false);
-  table->horizontalHeader()->setStretchLastSection(true);
-  // The newest first until a heading is pressed.
-  table->horizontalHeader()->setSortIndicator(-1, Qt::AscendingOrder);
-  table->setSortingEnabled(true);
-}
-
-// Widths in characters, the last column has the rest.
-template <typename Widths>
-void SetWidths(QTableView* table, const Widths& widths) {
-  const int character = table->fontMetrics().averageCharWidth();
-  for (std::size_t i = 0; i < widths.size(); ++i)
-    table->setColumnWidth(static_cast<int>(i), widths[i] * character);
-}
-
 }  // namespace
 
 frmArchive::frmArchive(const ArchiveParts& parts, QWidget* parent)
@@ -71,6 +47,13 @@ frmArchive::frmArchive(const ArchiveParts& parts, QWidget* parent)
       treeLoggers_(new QTreeView(this)),
       tblUploads_(new QTableView(this)),
       tblLogbook_(new QTableView(this)),
+      calibrations_(
+          new CalibrationsPage({.Locale = parts.Locale,
+                                .Dialogs = parts.Dialogs,
+                                .Message = parts.Message,
+                                .AppPath = parts.AppPath,
+                                .Saved = [this](const QString& path) { ShowStatus(path); }},
+                               this)),
       txtFilter_(new QLineEdit(this)),
       chkSince_(new QCheckBox(GetText(Id::Since), this)),
       dtpSince_(new QDateEdit(this)),
@@ -131,10 +114,12 @@ void frmArchive::BuildControls() {
 void frmArchive::BuildTables() {
   uploadsFilter_.setSourceModel(&uploadsModel_);
   logbookFilter_.setSourceModel(&logbookModel_);
-  SetUpTable(tblUploads_, u"tblUploads"_s, GetText(Id::Uploads), &uploadsFilter_);
-  SetUpTable(tblLogbook_, u"tblLogbook"_s, GetText(Id::Logbook), &logbookFilter_);
-  SetWidths(tblUploads_, std::array{27, 22, 13, 15, 12, 12});
-  SetWidths(tblLogbook_, std::array{27, 22, 20});
+  SetUpArchiveTable(tblUploads_, u"tblUploads"_s, WithoutMnemonic(GetText(Id::Uploads)),
+                    &uploadsFilter_);
+  SetUpArchiveTable(tblLogbook_, u"tblLogbook"_s, WithoutMnemonic(GetText(Id::Logbook)),
+                    &logbookFilter_);
+  SetArchiveColumns(tblUploads_, std::array{27, 22, 13, 15, 12, 12});
+  SetArchiveColumns(tblLogbook_, std::array{27, 22, 20});
 }
 
 void frmArchive::BuildButtons() {
@@ -150,14 +135,22 @@ void frmArchive::BuildButtons() {
   cmdPlot_->setVisible(parts_.ShowPlot != nullptr);
 }
 
-QVBoxLayout* frmArchive::TableWithCaption(QTableView* table, const QString& caption) {
-  auto* label = new QLabel(caption, this);
-  label->setBuddy(table);
-  auto* column = new QVBoxLayout;
+QWidget* frmArchive::UploadsWithCaption() {
+  auto* label = new QLabel(GetText(Id::Uploads), this);
+  label->setBuddy(tblUploads_);
+  auto* half = new QWidget(this);
+  auto* column = new QVBoxLayout(half);
   column->setContentsMargins(0, 0, 0, 0);
   column->addWidget(label);
-  column->addWidget(table, 1);
-  return column;
+  column->addWidget(tblUploads_, 1);
+  return half;
+}
+
+LogbookTabs* frmArchive::LogbookPages() {
+  auto* pages = new LogbookTabs(this);
+  pages->addTab(tblLogbook_, GetText(Id::Logbook));
+  pages->addTab(calibrations_, InLanguage(u"&Calibrations", u"&Kalibrierungen"));
+  return pages;
 }
 
 QWidget* frmArchive::Sides() {
@@ -170,12 +163,8 @@ QWidget* frmArchive::Sides() {
   loggers->addWidget(treeLoggers_, 1);
 
   auto* tables = new QSplitter(Qt::Vertical, this);
-  for (const auto& [table, text] :
-       {std::pair(tblUploads_, Id::Uploads), std::pair(tblLogbook_, Id::Logbook)}) {
-    auto* half = new QWidget(this);
-    half->setLayout(TableWithCaption(table, GetText(text)));
-    tables->addWidget(half);
-  }
+  tables->addWidget(UploadsWithCaption());
+  tables->addWidget(LogbookPages());
   tables->setStretchFactor(0, 2);
   tables->setStretchFactor(1, 1);
   tables->setChildrenCollapsible(false);
@@ -221,10 +210,27 @@ void frmArchive::BuildLayout() {
 
 void frmArchive::OrderTabs() {
   QWidget* before = txtFilter_;
-  const QWidgetList order = {chkSince_,   dtpSince_,   chkUntil_, dtpUntil_,  treeLoggers_,
-                             tblUploads_, tblLogbook_, cmdOpen_,  cmdPlot_,   cmdExport_,
-                             cmdRename_,  cmdMerge_,   cmdSplit_, cmdDelete_, cmdRestore_,
-                             cmdEmpty_,   cmdClose_};
+  const auto* tabs = findChild<LogbookTabs*>();
+  const QWidgetList order = {chkSince_,
+                             dtpSince_,
+                             chkUntil_,
+                             dtpUntil_,
+                             treeLoggers_,
+                             tblUploads_,
+                             tabs->tabBar(),
+                             tblLogbook_,
+                             calibrations_->Table(),
+                             calibrations_->ExportButton(),
+                             cmdOpen_,
+                             cmdPlot_,
+                             cmdExport_,
+                             cmdRename_,
+                             cmdMerge_,
+                             cmdSplit_,
+                             cmdDelete_,
+                             cmdRestore_,
+                             cmdEmpty_,
+                             cmdClose_};
   for (QWidget* next : order) {
     setTabOrder(before, next);
     before = next;
@@ -266,6 +272,7 @@ void frmArchive::ApplyFilter() {
     filter->SetText(txtFilter_->text());
     filter->SetDays(since, until);
   }
+  calibrations_->SetFilter(txtFilter_->text(), since, until);
   ShowStatus();
   UpdateButtons();
 }

@@ -1,11 +1,12 @@
 #include "session/Session.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
+#include <optional>
 #include <utility>
 
 #include "ProgramVersion.h"
 #include "base/TextTable.h"
+#include "session/ConnectedEntry.h"
+#include "settings/config.h"
 
 namespace tessmar {
 namespace {
@@ -106,13 +107,13 @@ Session::FirstContact Session::InitializeLogger() {
 // What was true when the logger was met, before anybody did anything to it.
 void Session::NoteConnected() {
   if (!link_.Connected || loop_.Ending()) return;
-  QJsonObject state{{u"firmware"_s, link_.FirmwareVersion},  {u"model"_s, link_.LoggerModelCode},
-                    {u"analog"_s, link_.AnalogChannelCount}, {u"pulse"_s, link_.PulseChannelCount},
-                    {u"records"_s, link_.RecordCount},       {u"status"_s, link_.LoggerStatusWord}};
-  if (link_.ClockOffsetS) state.insert(u"clock_offset_s"_s, *link_.ClockOffsetS);
-  logger_.Book.Note({.Kind = EventKind::Connected,
-                     .Text = u"connected, %1 records"_s.arg(link_.RecordCount),
-                     .After = QJsonDocument(state).toJson(QJsonDocument::Compact)});
+  std::optional<ConfigImage> found;
+  if (logger_.Configuration.HasReadAll()) {
+    LinkState trapping = link_;
+    trapping.TrapErrors = true;
+    PackConfigImage(trapping, logger_.Settings, found.emplace());
+  }
+  logger_.Book.Note(ConnectedEntry(link_, found, logger_.Book.LastSettings()));
 }
 
 // The identifier is written last, so that a logger left half-way is offered initialisation again.

@@ -74,8 +74,10 @@ std::optional<ConfigImage> Programming::ReadImage() {
 
 void Programming::RefreshFromLogger() {
   ConfigImage image;
+  hasReadAll_ = false;
   if (ReadBlock(commands_, image, kReadBlocks[0]) && ReadBlock(commands_, image, kReadBlocks[1])) {
     if (ReadBlock(commands_, image, kReadBlocks[2])) {
+      hasReadAll_ = true;
       UnpackConfigImage(link_, image, settings_);
       display_.RefreshMainScreen();
     }

@@ -31,6 +31,8 @@ class Programming {
 
   /// Reads the configuration, status and clock of the logger, and shows them.
   void RefreshFromLogger();
+  /// True when the last RefreshFromLogger read the whole configuration.
+  bool HasReadAll() const { return hasReadAll_; }
 
   /// The 8 characters at logger address 0; empty when the read failed.
   QString ReadIdentifier();
@@ -49,6 +51,7 @@ class Programming {
   LinkState& link_;
   LoggerSettings& settings_;
   LiveDisplay& display_;
+  bool hasReadAll_ = false;
   int holds_ = 0;
 };
 

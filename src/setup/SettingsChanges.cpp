@@ -19,13 +19,7 @@ using namespace Qt::StringLiterals;
 /// The settings of an image, as they stand on the pages: what each is called and what it says.
 class Description {
  public:
-  explicit Description(const ConfigImage& image) {
-    // A logger with everything, so that nothing of the image is left out.
-    LinkState link;
-    link.TrapErrors = true;
-    link.AnalogChannelCount = kAnalogChannels;
-    link.PulseChannelCount = kPulseChannels;
-    link.SampleOnDemandSupported = true;
+  Description(const LinkState& link, const ConfigImage& image) {
     UnpackConfigImage(link, image, settings_);
     AddAnalogPage();
     AddDigitalPage();
@@ -157,18 +151,34 @@ void Description::AddDoOutputs() {
           O2ConcentrationUnitItems());
 }
 
+/// A logger with everything, so that nothing of an image is left out.
+LinkState WholeLogger() {
+  LinkState link;
+  link.TrapErrors = true;
+  link.AnalogChannelCount = kAnalogChannels;
+  link.PulseChannelCount = kPulseChannels;
+  link.SampleOnDemandSupported = true;
+  return link;
+}
+
 }  // namespace
 
-std::vector<SettingsChange> ChangesBetween(const ConfigImage& before, const ConfigImage& after) {
+std::vector<SettingsChange> ChangesFound(const LinkState& link, const ConfigImage& known,
+                                         const ConfigImage& found) {
+  const Description old(link, known);
+  const Description now(link, found);
   std::vector<SettingsChange> changes;
-  if (before == after) return changes;
-  const Description old(before);
-  const Description now(after);
   for (std::size_t i = 0; i < old.Rows().size(); ++i) {
     const auto& [field, value] = old.Rows()[i];
-    const QString& wanted = now.Rows()[i].second;
-    if (value != wanted) changes.push_back({field, value, wanted});
+    const QString& present = now.Rows()[i].second;
+    if (value != present) changes.push_back({field, value, present});
   }
+  return changes;
+}
+
+std::vector<SettingsChange> ChangesBetween(const ConfigImage& before, const ConfigImage& after) {
+  if (before == after) return {};
+  std::vector<SettingsChange> changes = ChangesFound(WholeLogger(), before, after);
   // Values that no control can show, from a setup file made by hand.
   if (changes.empty())
     changes.push_back(

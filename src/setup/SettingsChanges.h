@@ -23,6 +23,12 @@ struct SettingsChange {
 /// logger lacks.
 std::vector<SettingsChange> ChangesBetween(const ConfigImage& before, const ConfigImage& after);
 
+/// What a logger that is met holds otherwise than it was known to: as ChangesBetween, but only what
+/// the pages show of a logger with these channels and abilities. Empty when nothing of that
+/// differs.
+std::vector<SettingsChange> ChangesFound(const LinkState& link, const ConfigImage& known,
+                                         const ConfigImage& found);
+
 /// The changes as a table for the clipboard: a line for each, three columns divided by tabs, under
 /// a line of headings.
 QString ChangesAsText(const std::vector<SettingsChange>& changes);

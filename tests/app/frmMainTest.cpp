@@ -4,16 +4,21 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QAccessible>
 #include <QAction>
 #include <QApplication>
 #include <QGroupBox>
+#include <QHelpEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QScreen>
+#include <QToolTip>
 #include <vector>
 
 #include "app/MainLocalizer.h"
 #include "base/TextTable.h"
+#include "ui/FactsRow.h"
 
 namespace tessmar {
 namespace {
@@ -202,6 +207,78 @@ TEST_F(MainWindow, ALongTextDoesNotMoveTheLayout) {
   window_.SetCaption(u"lblHistory(0)"_s, u"1\r\n2\r\n3\r\n4"_s);
   EXPECT_EQ(window_.minimumSizeHint(), before);
   EXPECT_EQ(Find<QLabel>(u"lblHistory(0)"_s)->text(), u"1\n2\n3\n4"_s);
+}
+
+// The longest facts in each language.
+struct Facts {
+  std::int16_t Language;
+  QString Archived;
+  QString Drift;
+  QString Memory;
+};
+const Facts kLongestFacts[] = {
+    {kLanguageEnglish, u"163,520 of 163,520 records are not in the archive yet"_s,
+     u"clock 1 h 59 s slow: daylight saving?"_s,
+     u"oldest records not overwritten before 27 September 2027, 12:45 PM: upload by then at the"
+     " latest"_s},
+    {kLanguageGerman, u"163.520 von 163.520 Datensätzen sind noch nicht im Archiv"_s,
+     u"Uhr geht mehr als ein Jahr nach"_s,
+     u"älteste Datensätze frühestens ab 27. September 2027, 12:45 überschrieben: spätestens dann"
+     " auslesen"_s},
+};
+
+// The window is wider than the screen of the tests, 800 pixels.
+TEST_F(MainWindow, TheStatusLineCanBeReadWhereTheWindowIsWiderThanItsScreen) {
+  ASSERT_EQ(window_.screen()->availableGeometry().width(), 800);
+  for (const Facts& facts : kLongestFacts) {
+    Localize(facts.Language);
+    window_.show();
+    ASSERT_GT(window_.width(), 800);
+    window_.SetCaption(u"lblArchived"_s, facts.Archived);
+    window_.SetCaption(u"lblClockDrift"_s, facts.Drift);
+    window_.SetCaption(u"lblMemoryFull"_s, facts.Memory);
+    QApplication::processEvents();
+    for (const char* name : {"lblArchived", "lblClockDrift", "lblMemoryFull"}) {
+      const auto* label = Find<ElidedLabel>(QString::fromLatin1(name));
+      ASSERT_NE(label, nullptr) << name;
+      EXPECT_GE(label->width(), label->TextWidth()) << name;
+      EXPECT_LE(label->mapTo(&window_, label->rect().topRight()).x(), 800) << name;
+    }
+  }
+}
+
+TEST_F(MainWindow, TheStatusLinesTextsMoveNothing) {
+  window_.show();
+  QApplication::processEvents();
+  const auto geometries = [this] {
+    QList<QRect> all{window_.geometry()};
+    for (const QWidget* widget : window_.findChildren<QWidget*>())
+      if (qobject_cast<const ElidedLabel*>(widget) == nullptr) all.append(widget->geometry());
+    return all;
+  };
+  const QList<QRect> before = geometries();
+  window_.SetCaption(u"lblArchived"_s, QString(300, u'W'));
+  window_.SetCaption(u"lblClockDrift"_s, QString(300, u'W'));
+  window_.SetCaption(u"lblMemoryFull"_s, QString(300, u'W'));
+  QApplication::processEvents();
+  EXPECT_EQ(geometries(), before);
+}
+
+TEST_F(MainWindow, AFactTooLongForItsRoomIsHeardWholeAndShownAsATip) {
+  window_.show();
+  auto* label = Find<ElidedLabel>(u"lblMemoryFull"_s);
+  const auto askForTip = [&](const QString& text) {
+    window_.SetCaption(u"lblMemoryFull"_s, text);
+    QApplication::processEvents();
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name), text);
+    QHelpEvent ask(QEvent::ToolTip, QPoint(2, 2), label->mapToGlobal(QPoint(2, 2)));
+    QApplication::sendEvent(label, &ask);
+    return QToolTip::text();
+  };
+  EXPECT_EQ(askForTip(u"memory full"_s), QString());
+  const QString text = u"all "_s + QString(300, u'W');
+  EXPECT_EQ(askForTip(text), text);
+  EXPECT_LT(label->width(), label->TextWidth());
 }
 
 TEST_F(MainWindow, AColourIsTheTextsAndABackgroundComesAndGoes) {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QAbstractButton>
+#include <QApplication>
 #include <QCheckBox>
 #include <QDateEdit>
 #include <QFile>
@@ -11,6 +12,7 @@
 #include <QLineEdit>
 #include <QPushButton>
 #include <QSet>
+#include <QTabWidget>
 #include <QTableView>
 #include <QTest>
 #include <QTreeView>
@@ -311,6 +313,42 @@ TEST_F(ArchiveWindow, EmptiesTheBinOnlyOnAnExplicitYes) {
   EXPECT_EQ(Loggers().size(), 3);
 }
 
+// As another page beside the logbook, for the chosen logger, found by Tab and by its mnemonic.
+TEST_F(ArchiveWindow, ShowsTheCalibrationsOfTheChosenLogger) {
+  Fill();
+  for (const qint64 logger : {well_, pond_}) {
+    store_.AddEvent({.Uuid = QUuid::createUuid().toString(),
+                     .LoggerId = logger,
+                     .At = Hour(9),
+                     .Entry = {.Kind = EventKind::Calibrated,
+                               .Text = u"Channel 1 (%): "_s,
+                               .Before = ImageOf(u"a"_s),
+                               .After = ImageOf(u"a"_s)}});
+  }
+  Open().show();
+  const auto* table = Find<QTableView>(u"tblCalibrations"_s);
+  EXPECT_EQ(table->model()->rowCount(), 2);
+  EXPECT_FALSE(table->isVisible());
+  ChooseLogger(1);
+  ASSERT_EQ(table->model()->rowCount(), 1);
+  EXPECT_EQ(table->model()->index(0, 1).data().toString(), u"Pond"_s);
+  Find<QLineEdit>(u"txtFilter"_s)->setText(u"well"_s);
+  EXPECT_EQ(table->model()->rowCount(), 0);
+  Find<QLineEdit>(u"txtFilter"_s)->clear();
+  window_->activateWindow();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&*window_));
+  QTest::keyClick(&*window_, Qt::Key_C, Qt::AltModifier);
+  QApplication::processEvents();
+  EXPECT_TRUE(table->hasFocus());
+  const auto* logbook = Find<QTableView>(u"tblLogbook"_s);
+  for (int times = 0; times < 2; ++times) {
+    Uploads()->setFocus();
+    QTest::keyClick(&*window_, Qt::Key_K, Qt::AltModifier);
+    QApplication::processEvents();
+    EXPECT_TRUE(logbook->hasFocus()) << times;
+  }
+}
+
 TEST_F(ArchiveWindow, FiltersByTextAndDay) {
   Fill();
   Open();
@@ -375,6 +413,9 @@ TEST_F(ArchiveWindow, HasNoMnemonicTwiceAndANameForEachControl) {
         if (button->isVisible()) take(button->text());
       for (const QLabel* label : window_->findChildren<QLabel*>())
         if (label->buddy() != nullptr) take(label->text());
+      const auto* tabs = Find<QTabWidget>(u"tabLogbook"_s);
+      for (int page = 0; page < tabs->count(); ++page) take(tabs->tabText(page));
+      take(Find<QPushButton>(u"cmdCalibrationsCsv"_s)->text());
     }
     for (const char* name :
          {"treeLoggers", "tblUploads", "tblLogbook", "txtFilter", "dtpSince", "dtpUntil"})

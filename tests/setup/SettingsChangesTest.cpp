@@ -134,6 +134,35 @@ TEST_F(SettingsChangesTest, NoByteOfAnImageChangesInSilence) {
   }
 }
 
+LinkState SmallLogger() {
+  LinkState link;
+  link.TrapErrors = true;
+  link.AnalogChannelCount = 2;
+  link.PulseChannelCount = 1;
+  return link;
+}
+
+TEST_F(SettingsChangesTest, OfALoggerThatIsMetAreThoseItCanHave) {
+  S settings = Defaults();
+  settings.Analog[1].EngUnits = u"NTU"_s;
+  settings.Analog[5].Enable = settings.Analog[5].Enable == 0 ? 1 : 0;
+  settings.Pulse[1].Enable = 0;
+  settings.EnableSOD = 1;
+  EXPECT_EQ(ChangesFound(SmallLogger(), Image(Defaults()), Image(settings)),
+            (std::vector<SettingsChange>{{u"Channel 2: Units"_s, u"%"_s, u"NTU"_s}}));
+}
+
+// The channel counts, what stands behind the alarm times and what lies between the fields are not
+// the operator's.
+TEST_F(SettingsChangesTest, OfALoggerThatIsMetLeaveOutWhatNoPageShows) {
+  ConfigImage known = Image(Defaults());
+  ConfigImage found = known;
+  for (const std::size_t place : {35U, 36U, 141U, 145U}) found[place] ^= 0x55U;
+  EXPECT_EQ(ChangesFound(SmallLogger(), known, found), std::vector<SettingsChange>{});
+  found[41] ^= 0x55U;
+  EXPECT_EQ(ChangesFound(SmallLogger(), known, found).size(), 1U);
+}
+
 TEST_F(SettingsChangesTest, AreSaidInGerman) {
   SetTextLanguage(kLanguageGerman);
   EXPECT_EQ(Changes([](S& s) { s.Analog[2].Enable = 0; }),

@@ -10,7 +10,10 @@ namespace tessmar::test {
 class FakeLogbook final : public Logbook {
  public:
   void Note(const LogbookEntry& entry) override { Entries.push_back(entry); }
+  std::optional<KnownSettings> LastSettings() override { return Known; }
+
   std::vector<LogbookEntry> Entries;
+  std::optional<KnownSettings> Known;  ///< What it says of the logger.
 };
 
 }  // namespace tessmar::test
