@@ -35,7 +35,7 @@ struct JournalUpload {
 /// Keeps uploads and events in the archive while they happen.
 ///
 /// What it is told goes into memory at once and to the file with the next ticks, never later than
-/// 0.3 s, unless the file cannot be had: then it stays in memory, and the journal tries again until
+/// 0.4 s, unless the file cannot be had: then it stays in memory, and the journal tries again until
 /// it succeeds or the program ends. Nobody ever waits for it: a lock, a full disk, a damaged or
 /// missing file cost the upload nothing. Records and channels follow in small pieces once an upload
 /// has ended.
@@ -45,7 +45,7 @@ struct JournalUpload {
 class Journal final : public BlockSink, public Logbook {
  public:
   /// How long a block waits in memory before a tick takes it to the file.
-  static constexpr qint64 kWaitMs = 150;
+  static constexpr qint64 kWaitMs = 250;
   /// How long a tick works on the records of an ended upload.
   static constexpr qint64 kSliceMs = 8;
 

@@ -354,7 +354,7 @@ TEST_F(AJournal, ACancelledUploadCountsAsFarAsItCame) {
   link_.RecordCount = 60;
   journal_->Begin({});
   Take({24});
-  Pass(200);
+  Pass(400);
   EXPECT_EQ(journal_->RecordsNotArchived(), 36);
 }
 
