@@ -37,7 +37,16 @@ void ActivityLog::Command(MainCommand command) const {
   log_.Write(u"command: "_s + CommandName(command));
 }
 
+void ActivityLog::Trouble(PortCause cause) const {
+  log_.Write(PortTroubleText({.Cause = cause, .Group = {}, .Holder = {}},
+                             u"port COM%1"_s.arg(port_.Number())));
+}
+
 void ActivityLog::Tick() {
+  // A session goes on without its device; nothing on the screen tells.
+  const bool gone = link_.Connected && !port_.IsOpen();
+  if (gone && !gone_) Trouble(PortCause::Gone);
+  gone_ = gone;
   if (link_.Connected == connected_) return;
   connected_ = link_.Connected;
   log_.Write(connected_ ? u"connected: model %1, firmware %2, %3 analog and %4 pulse channels"_s

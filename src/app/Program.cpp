@@ -62,7 +62,7 @@ Program::Program(ProgramEnvironment environment, const SystemLocale& locale)
       pollLoop_(logger_, window_, loop_, words_),
       statusLine_(link_, settings_, locale_, window_,
                   [this] { return archive_.RecordsNotArchived(); }),
-      activity_(log_, link_),
+      activity_(log_, link_, port_),
       session_(logger_, comm_, pollLoop_, window_, messages_, loop_,
                [this] { ShowConnectDialog(); }),
       imageImport_(link_, settings_, display_, window_, history_, archive_, messages_, fileDialogs_,

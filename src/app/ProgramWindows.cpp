@@ -26,6 +26,7 @@ void Program::ShowConnectDialog() {
   frmConnect dialog(
       comm_, commands_, link_, connection_, messages_, fileDialogs_, window_,
       [this] { return EnumeratePorts(ports_); }, &window_);
+  dialog.TellNoContact([this](PortCause cause) { activity_.Trouble(cause); });
   dialog.exec();
 }
 

@@ -8,6 +8,11 @@
 
 namespace tessmar {
 
+PortCause NoContactCause(const Comm& comm, const LoggerCommands& commands) {
+  if (!comm.IsPortOpen()) return PortCause::Gone;
+  return commands.HeardAnything() ? PortCause::NotALogger : PortCause::Silent;
+}
+
 ConnectOperation::ConnectOperation(Comm& comm, LoggerCommands& commands, LinkState& link,
                                    ConnectionSettings& settings, Messages& messages,
                                    MainScreen& screen, std::function<bool()> connectModem)
@@ -37,6 +42,7 @@ void ConnectOperation::Connect(const Choice& choice) {
     link_.Connected = true;
     return;
   }
+  if (!isCancelled_ && !comm_.Loop().Ending()) NoContact(NoContactCause(comm_, commands_));
   messages_.MsgBox(GetText(TextId::NoCommunication), kExclamation, GetText(TextId::ConnectError));
 }
 

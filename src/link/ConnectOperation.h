@@ -8,12 +8,17 @@
 #include "link/Comm.h"
 #include "link/ConnectionSettings.h"
 #include "link/LinkState.h"
+#include "link/PortTrouble.h"
 #include "link/cmd.h"
 
 namespace tessmar {
 
 /// The ticks that a logger on a direct line has for a reply.
 inline constexpr std::int16_t kDirectTimeoutTicks = 10;
+
+/// Why a handshake came to nothing: the device is gone, nothing answered, or what answered is no
+/// logger.
+PortCause NoContactCause(const Comm& comm, const LoggerCommands& commands);
 
 /// What the connection dialog does when Connect is pressed: open the port, dial, shake hands.
 class ConnectOperation {
@@ -41,6 +46,10 @@ class ConnectOperation {
   /// Asks the work to end at its next check.
   void Cancel() { isCancelled_ = true; }
   bool IsConnecting() const { return isConnecting_; }
+
+  /// Told of a handshake that came to nothing, unless it was cancelled; the messages to the
+  /// operator do not tell the causes apart.
+  std::function<void(PortCause)> NoContact = [](PortCause) {};
 
  private:
   void Connect(const Choice& choice);

@@ -289,6 +289,10 @@ void frmConnect::reject() {
   done(QDialog::Rejected);
 }
 
+void frmConnect::TellNoContact(std::function<void(PortCause)> tell) {
+  operation_.NoContact = std::move(tell);
+}
+
 void frmConnect::done(int result) {
   settings_.CurrentPhoneNumber = PhoneNumber();
   settings_.ConnectionIsModem = optModem_->isChecked();

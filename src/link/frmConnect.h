@@ -26,6 +26,9 @@ class frmConnect : public QDialog {
              Messages& messages, FileDialogs& fileDialogs, MainScreen& screen,
              const std::function<QStringList()>& enumeratePorts, QWidget* parent = nullptr);
 
+  /// See ConnectOperation::NoContact.
+  void TellNoContact(std::function<void(PortCause)> tell);
+
   /// Every way out of the dialog remembers what it held.
   void done(int result) override;
   /// Cancel: closes the dialog, or asks the running work to end.

@@ -61,6 +61,46 @@ TEST(ConnectOperation, ConnectsOnADirectLine) {
   EXPECT_THAT(bench.Messages.All, IsEmpty());
 }
 
+TEST(ConnectOperation, TellsApartWhyThereIsNoLogger) {
+  struct Row {
+    std::function<void(ConnectBench&, const Bytes&)> Answer;
+    PortCause Cause;
+  };
+  const Row rows[] = {
+      {[](ConnectBench&, const Bytes&) {}, PortCause::Silent},
+      {[](ConnectBench& bench, const Bytes&) {
+         bench.Arrive({0x41, 0x54}, 10);
+       },
+       PortCause::NotALogger},
+      {[](ConnectBench& bench, const Bytes&) { bench.Port.Unplug(); }, PortCause::Gone},
+  };
+  for (const Row& row : rows) {
+    ConnectBench bench;
+    std::vector<PortCause> told;
+    bench.Operation.NoContact = [&](PortCause cause) { told.push_back(cause); };
+    bench.Port.OnWrite = [&](const Bytes& written) { row.Answer(bench, written); };
+    bench.Operation.Run(kDirect);
+    EXPECT_THAT(told, ElementsAre(row.Cause));
+    EXPECT_THAT(bench.Messages.All, ElementsAre(kNoLogger));
+  }
+}
+
+TEST(ConnectOperation, AHandshakeThatWasCancelledOrWentWellHasNoTrouble) {
+  for (const bool cancelled : {true, false}) {
+    ConnectBench bench;
+    int told = 0;
+    bench.Operation.NoContact = [&](PortCause) { ++told; };
+    if (cancelled) {
+      bench.Port.OnWrite = [&](const Bytes&) { bench.Operation.Cancel(); };
+    } else {
+      bench.LetLoggerAnswer();
+    }
+    bench.Operation.Run(kDirect);
+    EXPECT_EQ(bench.Link.Connected, !cancelled);
+    EXPECT_EQ(told, 0);
+  }
+}
+
 TEST(ConnectOperation, RemembersTheDirectChoice) {
   ConnectBench bench;
   bench.Settings.ModemPort = u"COM1"_s;
