@@ -1,11 +1,10 @@
 #include "app/MainActions.h"
 
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QScopeGuard>
 #include <utility>
 
 #include "base/TextTable.h"
+#include "session/LogbookEntries.h"
 
 namespace tessmar {
 namespace {
@@ -13,10 +12,6 @@ namespace {
 using namespace Qt::StringLiterals;
 
 const auto kSamplingBox = u"chkSampleContinuously"_s;
-
-QByteArray Json(const QJsonObject& object) {
-  return QJsonDocument(object).toJson(QJsonDocument::Compact);
-}
 
 }  // namespace
 
@@ -67,11 +62,7 @@ void MainActions::ClearHistory() {
                                       GetText(TextId::ClearHistoryTitle));
   if (answer != kYes || loop_.Ending()) return;
   const std::int32_t records = link_.RecordCount;
-  if (logger_.Commands.ClearHistory()) {
-    logger_.Book.Note({.Kind = EventKind::Cleared,
-                       .Text = u"history cleared, %1 records"_s.arg(records),
-                       .Before = Json({{u"records"_s, records}})});
-  }
+  if (logger_.Commands.ClearHistory()) logger_.Book.Note(ClearedEntry(records));
   ReadStatusAndClock();
 }
 
@@ -85,17 +76,7 @@ void MainActions::SynchronizeTime() {
   const std::optional<std::int32_t> before = link_.ClockOffsetS;
   const bool set = logger_.Commands.SetLoggerTime(logger_.Commands.ClockText());
   ReadStatusAndClock();
-  if (set) NoteSynced(before);
-}
-
-void MainActions::NoteSynced(std::optional<std::int32_t> before) {
-  const auto offset = [](std::optional<std::int32_t> seconds) {
-    return seconds ? Json({{u"clock_offset_s"_s, *seconds}}) : QByteArray();
-  };
-  logger_.Book.Note({.Kind = EventKind::Synced,
-                     .Text = before ? u"clock set, it was %1 s off"_s.arg(*before) : u"clock set"_s,
-                     .Before = offset(before),
-                     .After = offset(link_.ClockOffsetS)});
+  if (set) logger_.Book.Note(SyncedEntry(before, link_.ClockOffsetS));
 }
 
 void MainActions::ReadStatusAndClock() {

@@ -48,7 +48,6 @@ class MainActions {
 
  private:
   void ReadStatusAndClock();
-  void NoteSynced(std::optional<std::int32_t> before);
 
   LiveLogger logger_;
   LinkState& link_;

@@ -78,6 +78,11 @@ class Journal final : public BlockSink, public Logbook {
 
   JournalUpload LastUpload() const;
 
+  /// Entries of the logbook that are not in the file yet.
+  std::size_t EventsWaiting() const { return queue_.Events.size(); }
+  /// Why the last attempt to write failed; nothing where it did not.
+  std::optional<ArchiveTrouble> Trouble() const { return trouble_; }
+
   /// How many of the connected logger's records are not in the archive: those beyond its longest
   /// upload since its memory was cleared. Nothing where nobody can tell: the archive cannot be read
   /// now, or the logger has begun to overwrite its oldest records.

@@ -5,6 +5,7 @@
 namespace tessmar {
 
 QString ArchivePathOf(const CommandOptions& options) {
+  if (options.NoArchive) return {};
   return options.ArchivePath.isEmpty() ? Store::DefaultPath() : options.ArchivePath;
 }
 

@@ -9,7 +9,7 @@
 
 namespace tessmar {
 
-/// The archive's file that the options name, or the usual one.
+/// The archive's file that the options name, or the usual one; empty where nothing is to be kept.
 QString ArchivePathOf(const CommandOptions& options);
 
 /// What the archive's file refuses, in one line.

@@ -6,6 +6,7 @@
 
 #include "base/Clock.h"
 #include "base/MessageLoop.h"
+#include "base/SupportLog.h"
 #include "base/SystemLocale.h"
 #include "cli/Output.h"
 #include "link/PortMap.h"
@@ -19,6 +20,7 @@ struct CommandEnvironment {
   MessageLoop& Loop;
   const Clock& Time;
   const SystemLocale& Locale;
+  const SupportLog& Log;  ///< That of the program with the window, too.
   PortMap Ports;
   QString StorePath;  ///< The file of the persisted settings.
   std::function<std::shared_ptr<SerialPort>(const PortMap&)> MakePort;
@@ -26,6 +28,8 @@ struct CommandEnvironment {
   std::function<bool()> StopWanted;
   /// Called every 100 ms by whoever runs the loop; a command puts its own work there.
   std::function<void()> OnTick = {};
+  /// True while settings are on their way to the logger: nothing may end a wait then.
+  std::function<bool()> IsUncut = {};
 };
 
 }  // namespace tessmar

@@ -8,7 +8,7 @@ namespace tessmar {
 namespace {
 
 constexpr std::uint32_t kEverywhere = kOptionJson | kOptionQuiet;
-constexpr std::uint32_t kOnLine = kEverywhere | kOptionBaud;
+constexpr std::uint32_t kOnLine = kEverywhere | kOptionBaud | kOptionArchive | kOptionNoArchive;
 constexpr std::uint32_t kChannels = kOptionAnalog | kOptionPulse;
 
 // clang-format off
@@ -26,7 +26,7 @@ constexpr std::array kCommands{
                 u"Die augenblicklichen Messwerte zeigen: einmal oder immer wieder."},
                u"tessmar sample COM5 --every 60 --count 10 --json"},
     CommandRow{CommandWork::Upload, u"upload", u"PORT", 1,
-               kOnLine | kOptionCsv | kOptionStyle | kOptionArchive | kOptionNoArchive,
+               kOnLine | kOptionCsv | kOptionStyle,
                {u"Fetch the stored records.",
                 u"Die gespeicherten Datensätze holen."},
                u"tessmar upload COM5 --csv pond.csv"},

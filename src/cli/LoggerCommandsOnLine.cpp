@@ -8,6 +8,7 @@
 #include "cli/LoggerLine.h"
 #include "link/enumerate.h"
 #include "measure/Scaling.h"
+#include "session/LogbookEntries.h"
 
 namespace tessmar {
 namespace {
@@ -133,7 +134,7 @@ CommandStatus RunPorts(CommandEnvironment& environment, const CommandOptions& op
 }
 
 CommandStatus RunStatus(CommandEnvironment& environment, const CommandOptions& options) {
-  const LoggerLine logger(environment, options.Operands[0], options.Baud);
+  const LoggerLine logger(environment, options.Operands[0], options);
   Output& out = environment.Out;
   if (options.Json) {
     JsonLine json;
@@ -163,7 +164,7 @@ CommandStatus RunStatus(CommandEnvironment& environment, const CommandOptions& o
 }
 
 CommandStatus RunSample(CommandEnvironment& environment, const CommandOptions& options) {
-  LoggerLine logger(environment, options.Operands[0], options.Baud);
+  LoggerLine logger(environment, options.Operands[0], options);
   const bool again = options.Every.has_value() || options.Count.has_value();
   const int count = again ? options.Count.value_or(0) : 1;
   const qint64 everyMs = options.Every.value_or(0) * qint64{1000};
@@ -186,8 +187,9 @@ CommandStatus RunSample(CommandEnvironment& environment, const CommandOptions& o
 }
 
 CommandStatus RunClock(CommandEnvironment& environment, const CommandOptions& options) {
-  LoggerLine logger(environment, options.Operands[0], options.Baud);
+  LoggerLine logger(environment, options.Operands[0], options);
   if (options.Sync) {
+    const std::optional<std::int32_t> before = logger.ClockOffset();
     // What the clock shows afterwards counts, and not the answer, which may be lost on its way.
     logger.Commands.SetLoggerTime(logger.Commands.ClockText());
     logger.ReadClock();
@@ -195,6 +197,7 @@ CommandStatus RunClock(CommandEnvironment& environment, const CommandOptions& op
       throw logger.Failure({u"the clock was not set, or it cannot be proved; try again",
                             u"die Uhr wurde nicht gestellt oder es ist nicht zu belegen; neu "
                             u"versuchen"});
+    logger.Note(SyncedEntry(before, logger.ClockOffset()));
   }
   if (!logger.ClockTime())
     throw logger.Failure(
@@ -212,7 +215,7 @@ CommandStatus RunClock(CommandEnvironment& environment, const CommandOptions& op
 }
 
 CommandStatus RunClear(CommandEnvironment& environment, const CommandOptions& options) {
-  LoggerLine logger(environment, options.Operands[0], options.Baud);
+  LoggerLine logger(environment, options.Operands[0], options);
   const std::int32_t before = logger.Link.RecordCount;
   const bool answered = logger.Commands.ClearHistory();
   // The answer may be lost where the logger did what it was told; its status then tells.
@@ -224,6 +227,7 @@ CommandStatus RunClear(CommandEnvironment& environment, const CommandOptions& op
         {u"the records were not erased, or it cannot be proved; look at the status",
          u"die Datensätze wurden nicht gelöscht oder es ist nicht zu belegen; "
          u"Zustand ansehen"});
+  logger.Note(ClearedEntry(before));
   if (options.Json) {
     JsonLine json;
     json.Text("port", logger.PortName())

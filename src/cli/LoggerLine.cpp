@@ -3,10 +3,14 @@
 #include <QFileInfo>
 #include <QRegularExpression>
 
+#include "archive/ArchiveTexts.h"
 #include "base/Fault.h"
+#include "cli/ArchiveFile.h"
+#include "cli/HistoryFile.h"
 #include "link/ConnectChoices.h"
 #include "link/ConnectOperation.h"
 #include "link/PortTrouble.h"
+#include "session/ConnectedEntry.h"
 #include "session/LiveLogger.h"
 #include "session/Session.h"
 
@@ -17,6 +21,8 @@ using namespace Qt::StringLiterals;
 
 /// Where a device that was named by its path stands in the map of this one command.
 constexpr std::int16_t kPathNumber = 1;
+/// Tenths of a second that another program may hold the archive once the work is done.
+constexpr int kPatienceTicks = 50;
 
 bool IsComName(const QString& operand) {
   static const QRegularExpression form(u"^COM[1-9][0-9]{0,3}$"_s,
@@ -46,7 +52,8 @@ QString IsoBare(const QDateTime& time) {
   return time.toString(u"yyyy-MM-ddTHH:mm:ss"_s);
 }
 
-LoggerLine::LoggerLine(CommandEnvironment& environment, const QString& port, int baud)
+LoggerLine::LoggerLine(CommandEnvironment& environment, const QString& port,
+                       const CommandOptions& options)
     : environment_(environment),
       name_(port),
       ports_(environment.Ports),
@@ -59,7 +66,12 @@ LoggerLine::LoggerLine(CommandEnvironment& environment, const QString& port, int
       Commands(Line, Link, environment.Time, environment.Locale),
       Display(Link, Settings, Ring, Screen, environment.Locale),
       Programmer(Commands, Link, Settings, Display),
-      Poll({Link, Settings, Commands, Programmer, Display, book_}, Screen, environment.Loop,
+      Archive(ArchivePathOf(options), {.Link = Link,
+                                       .Settings = Settings,
+                                       .Time = environment.Time,
+                                       .Source = [this] { return name_; },
+                                       .Program = WrittenBy()}),
+      Poll({Link, Settings, Commands, Programmer, Display, Archive}, Screen, environment.Loop,
            words_) {
   if (!NamesAPort(port)) {
     throw CommandFailure(
@@ -77,22 +89,68 @@ LoggerLine::LoggerLine(CommandEnvironment& environment, const QString& port, int
   environment_.OnTick = [this] {
     Poll.Timer1Tick();
     Poll.Timer2Tick();
+    Archive.Tick();
   };
+  environment_.IsUncut = [this] { return Programmer.IsUnderWay(); };
   try {
-    Open(baud);
+    Open(options.Baud);
     ShakeHands();
     ReadIdentifier();
     ReadEverything();
   } catch (...) {
-    environment_.OnTick = {};
-    Line.ClosePort();
+    Leave();
     throw;
   }
+  Archive.Note(ConnectedEntry(Link, PackedSettings(), Archive.LastSettings()));
 }
 
 LoggerLine::~LoggerLine() {
+  KeepAll();
+  TellOfLogbook();
+  Leave();
+}
+
+void LoggerLine::Leave() {
   environment_.OnTick = {};
+  environment_.IsUncut = {};
   Line.ClosePort();
+}
+
+ConfigImage LoggerLine::PackedSettings() const {
+  ConfigImage image;
+  PackConfigImage(Link, Settings, image);
+  return image;
+}
+
+void LoggerLine::Note(const LogbookEntry& entry) {
+  isChanged_ = true;
+  isKept_ = false;
+  Archive.Note(entry);
+}
+
+void LoggerLine::KeepAll() {
+  if (isKept_) return;
+  isKept_ = true;
+  for (int tries = 0; tries < kPatienceTicks && !Archive.WriteAll(); ++tries) {
+    if (Archive.Trouble() != ArchiveTrouble::Busy) break;
+    Line.WaitForBytes(1, 0);
+  }
+  Archive.Finish();
+}
+
+// That somebody looked at a logger is a remark; that it was changed, and nobody will know, is not.
+void LoggerLine::TellOfLogbook() {
+  if (Archive.EventsWaiting() == 0) return;
+  const QString text =
+      TwoLanguages{u"this is not in the logbook; archive %1: %2",
+                   u"dies steht nicht im Logbuch; Archiv %1: %2"}
+          .Text()
+          .arg(Archive.Path(), TroubleText(Archive.Trouble().value_or(ArchiveTrouble::Unwritable)));
+  if (isChanged_) {
+    environment_.Out.Complaint(text);
+  } else {
+    environment_.Out.Remark(text);
+  }
 }
 
 QString LoggerLine::Device() const {
@@ -115,8 +173,7 @@ void LoggerLine::ShakeHands() {
   }
   const CommandFailure unlucky = Failure({u"", u""});
   if (!unlucky.Text.isEmpty()) throw unlucky;
-  const PortCause cause = Commands.HeardAnything() ? PortCause::NotALogger : PortCause::Silent;
-  throw CommandFailure(PortTroubleText(Trouble(cause), name_));
+  throw CommandFailure(PortTroubleText(Trouble(NoContactCause(Line, Commands)), name_));
 }
 
 void LoggerLine::ReadIdentifier() {

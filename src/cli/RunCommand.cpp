@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "base/Fault.h"
 #include "base/FileTrouble.h"
 #include "cli/Commands.h"
@@ -41,28 +43,50 @@ CommandStatus Run(CommandEnvironment& environment, const CommandOptions& options
   return kCommandWrongUsage;
 }
 
+/// Why a command on a line failed stands in the program's own log, too, for whoever has to find out
+/// later.
+void LogFailure(const CommandEnvironment& environment, const CommandOptions& options,
+                const QString& text) {
+  const auto row = std::ranges::find(CommandRows(), options.Work, &CommandRow::Work);
+  if ((row->Options & kOptionBaud) == 0) return;
+  environment.Log.Write(u"tessmar %1: %2"_s.arg(QString::fromUtf16(row->Words), text));
+}
+
+/// Runs what was asked for, and tells what keeps it from being done.
+int RunAsked(CommandEnvironment& environment, const CommandOptions& options) {
+  const auto fail = [&](const QString& text, CommandStatus status) {
+    environment.Out.Complaint(text);
+    if (status != kCommandWrongUsage) LogFailure(environment, options, text);
+    return status;
+  };
+  environment.Out.SetQuiet(options.Quiet);
+  try {
+    return Run(environment, options);
+  } catch (const CommandFailure& failure) {
+    return fail(failure.Text, failure.Status);
+  } catch (const FileTrouble& trouble) {
+    return fail(trouble.Text(), kCommandFailed);
+  } catch (const Fault& fault) {
+    return fail(QString::fromUtf8(fault.what()), kCommandFailed);
+  }
+}
+
 }  // namespace
 
 int RunCommand(CommandEnvironment& environment, const QStringList& arguments) {
   const ParsedCommand command = ParseCommand(arguments);
+  if (!command.Error.isEmpty()) {
+    environment.Out.Complaint(command.Error);
+    return kCommandWrongUsage;
+  }
+  if (command.Options) return RunAsked(environment, *command.Options);
   try {
-    if (!command.Error.isEmpty()) throw CommandFailure(command.Error, kCommandWrongUsage);
-    if (!command.Options) {
-      environment.Out.Raw(command.Text);
-      return kCommandDone;
-    }
-    environment.Out.SetQuiet(command.Options->Quiet);
-    return Run(environment, *command.Options);
+    environment.Out.Raw(command.Text);
   } catch (const CommandFailure& failure) {
     environment.Out.Complaint(failure.Text);
     return failure.Status;
-  } catch (const FileTrouble& trouble) {
-    environment.Out.Complaint(trouble.Text());
-    return kCommandFailed;
-  } catch (const Fault& fault) {
-    environment.Out.Complaint(QString::fromUtf8(fault.what()));
-    return kCommandFailed;
   }
+  return kCommandDone;
 }
 
 }  // namespace tessmar

@@ -1,8 +1,7 @@
 // settings get, put and diff.
 
-#include <QCoreApplication>
-
 #include "ProgramVersion.h"
+#include "base/Blanks.h"
 #include "base/Fault.h"
 #include "cli/Commands.h"
 #include "cli/LoggerLine.h"
@@ -10,6 +9,7 @@
 #include "cli/SettingsDifference.h"
 #include "cli/SettingsSource.h"
 #include "settings/SetupFile.h"
+#include "setup/CalibrationNotes.h"
 #include "setup/ControlsDoView.h"
 #include "setup/DoSetupChecks.h"
 #include "setup/SetupControls.h"
@@ -78,12 +78,36 @@ void ReportSettings(CommandEnvironment& environment, const CommandOptions& optio
   environment.Out.Data(words.Text().arg(logger.Settings.LoggerName, file));
 }
 
+/// Programs, reads back, compares and commits, as one: a wish to end is heard ahead of it and
+/// behind it.
+void ProgramWhole(const CommandEnvironment& environment, LoggerLine& logger,
+                  const ConfigImage& image) {
+  if (environment.StopWanted()) throw logger.Failure({u"", u""});
+  {
+    const ProgrammingScope whole(logger.Programmer);
+    if (logger.Programmer.ProgramImage(image) && logger.Commands.CommitConfiguration()) return;
+  }
+  if (environment.Loop.Ending())
+    throw CommandFailure(
+        logger.PortName() +
+        TwoLanguages{u": broken off in the middle, the logger may hold half of the "
+                     u"settings; program them again",
+                     u": mittendrin abgebrochen, der Logger hat vielleicht die "
+                     u"Hälfte der Einstellungen; noch einmal programmieren"}
+            .Text());
+  constexpr TwoLanguages kNotProved{
+      u"the settings were not programmed, or it cannot be proved; try again",
+      u"die Einstellungen wurden nicht programmiert oder es ist nicht zu belegen; neu versuchen"};
+  if (!logger.Line.IsPortOpen()) throw logger.Failure(kNotProved);
+  throw CommandFailure(logger.PortName() + u": "_s + kNotProved.Text());
+}
+
 }  // namespace
 
 CommandStatus RunSettingsGet(CommandEnvironment& environment, const CommandOptions& options) {
   const QString& path = options.Operands[1];
   OutputFile::Check(path);
-  const LoggerLine logger(environment, options.Operands[0], options.Baud);
+  const LoggerLine logger(environment, options.Operands[0], options);
   const QDateTime now = environment.Time.Now();
   const SetupFileHead head{
       u"tessmar"_s, u"%1.%2.%3"_s.arg(kVersionMajor).arg(kVersionMinor).arg(kVersionRevision),
@@ -101,10 +125,12 @@ CommandStatus RunSettingsGet(CommandEnvironment& environment, const CommandOptio
 CommandStatus RunSettingsPut(CommandEnvironment& environment, const CommandOptions& options) {
   const QString& path = options.Operands[1];
   // Read ahead of the connection, so that a file that is none does not cost one.
+  const SetupSource file(path);
   LoggerSettings probe;
-  ReadSetup(path, environment.Locale, kAnalogChannels, probe);
-  LoggerLine logger(environment, options.Operands[0], options.Baud);
-  ReadSetup(path, environment.Locale, logger.Link.AnalogChannelCount, logger.Settings);
+  file.Load(environment.Locale, kAnalogChannels, probe);
+  LoggerLine logger(environment, options.Operands[0], options);
+  const ConfigImage before = logger.PackedSettings();
+  file.Load(environment.Locale, logger.Link.AnalogChannelCount, logger.Settings);
   SetupControls controls;
   PassThroughControls(environment, logger, controls);
 
@@ -121,40 +147,37 @@ CommandStatus RunSettingsPut(CommandEnvironment& environment, const CommandOptio
                                              u": ein Wert passt nicht in den Speicher des Loggers; "
                                              u"nichts wurde programmiert"}
                                     .Text());
-  if (!logger.Programmer.ProgramImage(image) || !logger.Commands.CommitConfiguration())
-    throw logger.Failure({u"the settings were not programmed, or it cannot be proved; try again",
-                          u"die Einstellungen wurden nicht programmiert oder es ist nicht zu "
-                          u"belegen; neu versuchen"});
+  ProgramWhole(environment, logger, image);
+  logger.Note(ProgrammedEntry(before, image));
   ReportSettings(environment, options, logger,
                  {u"%1: programmed from %2", u"%1: programmiert nach %2"});
   return kCommandDone;
 }
 
 CommandStatus RunSettingsDiff(CommandEnvironment& environment, const CommandOptions& options) {
-  LinkState channels;
-  channels.TrapErrors = true;
-  channels.AnalogChannelCount = kAnalogChannels;
-  channels.PulseChannelCount = kPulseChannels;
-  ReadSettings before = ReadSource(environment, options, options.Operands[0], channels);
-  if (before.KnowsChannels) channels = before.Link;
-  const ReadSettings after = ReadSource(environment, options, options.Operands[1], channels);
-  // A setup file's defaults are those of the logger beside it.
-  if (!before.KnowsChannels && after.KnowsChannels) {
-    channels = after.Link;
-    before = ReadSource(environment, options, options.Operands[0], channels);
+  ReadSettings before = ReadSource(environment, options, options.Operands[0]);
+  ReadSettings after = ReadSource(environment, options, options.Operands[1]);
+  const ComparedParts parts = PartsOf(before, after);
+  for (ReadSettings* side : {&before, &after}) {
+    if (side->Setup) side->Setup->Load(environment.Locale, parts.Analog, side->Settings);
   }
-  const std::vector<SettingsDifference> differences = CompareSettings(
-      channels, before.Settings, after.Settings, before.HasDerived && after.HasDerived);
-  for (const SettingsDifference& difference : differences) {
+  const auto changes = CompareSettings(before.Settings, after.Settings, parts);
+  if (!changes)
+    throw CommandFailure(TwoLanguages{u"a value does not fit a logger's memory; put the file right",
+                                      u"ein Wert passt nicht in den Speicher eines Loggers; die "
+                                      u"Datei richtigstellen"}
+                             .Text());
+  for (const SettingsChange& change : *changes) {
     if (options.Json) {
       JsonLine json;
-      json.Text("field", difference.Field).Text("old", difference.Old).Text("new", difference.New);
+      json.Text("field", change.Field).Text("old", change.Before).Text("new", change.After);
       environment.Out.Data(json.Line());
       continue;
     }
-    environment.Out.Data(difference.Field + u'\t' + difference.Old + u'\t' + difference.New);
+    environment.Out.Data(ControlsToBlanks(change.Field) + u'\t' + ControlsToBlanks(change.Before) +
+                         u'\t' + ControlsToBlanks(change.After));
   }
-  return differences.empty() ? kCommandDone : kCommandFailed;
+  return changes->empty() ? kCommandDone : kCommandFailed;
 }
 
 }  // namespace tessmar

@@ -1,27 +1,29 @@
 #pragma once
 
-#include <QString>
+#include <optional>
 #include <vector>
 
 #include "link/LinkState.h"
 #include "settings/LoggerSettings.h"
+#include "setup/SettingsChanges.h"
 
 namespace tessmar {
 
-/// A field in which two settings differ.
-struct SettingsDifference {
-  QString Field;  ///< The setup file's key, with its section ahead: "Analog Channel 1 EngUnits".
-  QString Old;
-  QString New;
-  bool operator==(const SettingsDifference&) const = default;
+/// What is compared of two settings.
+struct ComparedParts {
+  /// Channels beyond these counts are left out.
+  int Analog = kAnalogChannels;
+  int Pulse = kPulseChannels;
+  /// False leaves out whether samples on demand are enabled, which not every logger knows.
+  bool SampleOnDemand = true;
+  /// False leaves out the set-up of salinity and oxygen, which an image file does not have.
+  bool Derived = true;
 };
 
-/// What differs, in the order of the setup file. Compared is what a logger would hold: texts cut
-/// and numbers rounded to what its memory takes. Channels that the logger does not have are left
-/// out.
-/// @param withDerived  false leaves out the set-up of salinity and oxygen, which an image file does
-///   not have.
-std::vector<SettingsDifference> CompareSettings(const LinkState& link, const LoggerSettings& before,
-                                                const LoggerSettings& after, bool withDerived);
+/// What differs, as the setup screen says it of the logger: see ChangesBetween. Nothing at all when
+/// one of the two has a value that no logger's memory takes.
+std::optional<std::vector<SettingsChange>> CompareSettings(const LoggerSettings& before,
+                                                           const LoggerSettings& after,
+                                                           const ComparedParts& parts);
 
 }  // namespace tessmar

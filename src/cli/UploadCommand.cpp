@@ -2,7 +2,6 @@
 #include <optional>
 
 #include "archive/Journal.h"
-#include "archive/Store.h"
 #include "cli/ArchiveFile.h"
 #include "cli/Commands.h"
 #include "cli/HistoryFile.h"
@@ -17,8 +16,6 @@ using namespace Qt::StringLiterals;
 
 constexpr qint64 kMsPerSecond = 1000;
 constexpr qint64 kProgressMs = 200;
-/// Tenths of a second that another program may hold the archive once the upload has ended.
-constexpr int kPatienceTicks = 50;
 
 /// One upload: what came, and what is said of it.
 class Upload {
@@ -35,25 +32,19 @@ class Upload {
                                         u"--no-archive"}
                                .Text(),
                            kCommandWrongUsage);
-    LoggerLine logger(environment_, options_.Operands[0], options_.Baud);
+    LoggerLine logger(environment_, options_.Operands[0], options_);
     logger_ = &logger;
     started_ = environment_.Time.Now();
     promised_ = logger.Link.RecordCount;
     if (promised_ == 0) return Empty();
-    Journal archive(ArchivePath(), {.Link = logger.Link,
-                                    .Settings = logger.Settings,
-                                    .Time = environment_.Time,
-                                    .Source = [&logger] { return logger.PortName(); },
-                                    .Program = WrittenBy()});
-    Pull(archive);
-    Keep(archive);
+    Pull();
+    Keep();
     return IsWhole() ? Done() : BrokenOff();
   }
 
  private:
-  QString ArchivePath() const;
-  void Pull(Journal& archive);
-  void Keep(Journal& archive);
+  void Pull();
+  void Keep();
   bool IsArchived() const { return kept_.Id > 0 && kept_.NotKept == 0; }
   void ShowProgress(const HistoryUpload& upload);
   bool IsWhole() const { return end_ == UploadEnd::Complete && buffer_.Count() >= promised_; }
@@ -73,46 +64,29 @@ class Upload {
   Output& out_;
   LoggerLine* logger_ = nullptr;
   HistoryBuffer buffer_;
-  JournalUpload kept_;          ///< In the archive.
-  std::function<void()> tick_;  ///< The line's own work at a tick.
+  JournalUpload kept_;  ///< In the archive.
   QDateTime started_;
   std::int32_t promised_ = 0;
   UploadEnd end_ = UploadEnd::Complete;
   QElapsedTimer shown_;
 };
 
-QString Upload::ArchivePath() const {
-  if (options_.NoArchive) return {};
-  return ArchivePathOf(options_);
-}
-
-void Upload::Pull(Journal& archive) {
-  tick_ = environment_.OnTick;
-  environment_.OnTick = [this, &archive] {
-    tick_();
-    archive.Tick();
-  };
+void Upload::Pull() {
   HistoryUpload upload(logger_->Link, buffer_, promised_);
   shown_.start();
-  const UploadWatcher watcher{.Running =
-                                  [this] {
-                                    return !environment_.StopWanted() &&
-                                           !environment_.Loop.Ending() &&
-                                           logger_->Line.IsPortOpen();
-                                  },
-                              .Changed = [&] { ShowProgress(upload); }};
-  end_ = PullHistory(upload, logger_->Commands, logger_->Line, logger_->Link, watcher, archive);
+  const UploadWatcher watcher{
+      .Running = [this] { return !environment_.StopWanted() && !environment_.Loop.Ending(); },
+      .Changed = [&] { ShowProgress(upload); }};
+  end_ = PullHistory(upload, logger_->Commands, logger_->Line, logger_->Link, watcher,
+                     logger_->Archive);
 }
 
 // What came is in the archive once this is over, or the operator is told that it is not.
-void Upload::Keep(Journal& archive) {
-  environment_.OnTick = tick_;
+void Upload::Keep() {
   if (options_.NoArchive) return;
-  for (int tries = 0; tries < kPatienceTicks && !archive.WriteAll(); ++tries)
-    logger_->Line.WaitForBytes(1, 0);
-  archive.Finish();
-  kept_ = archive.LastUpload();
-  const QString report = archive.TakeReport();
+  logger_->KeepAll();
+  kept_ = logger_->Archive.LastUpload();
+  const QString report = logger_->Archive.TakeReport();
   if (!report.isEmpty()) out_.Complaint(report);
 }
 
@@ -139,7 +113,7 @@ const char* Upload::State() const {
     case UploadEnd::BufferFull:
       return "full";
     case UploadEnd::Cancelled:
-      return logger_->Line.IsPortOpen() ? "cancelled" : "failed";
+      return "cancelled";
     case UploadEnd::Failed:
       break;
   }
@@ -201,11 +175,11 @@ ExportSource Upload::Records() const {
   const ExportKind kind = Kind();
   if (IsArchived() && kind != ExportKind::ViewerCsv) {
     try {
-      Store store(ArchivePath());
+      Store store(ArchivePathOf(options_));
       store.Open(Store::Access::Read);
       return SourceOfUpload(store, kept_.Id);
     } catch (const ArchiveFault& fault) {
-      out_.Complaint(ArchiveRefusal(ArchivePath(), fault).Text +
+      out_.Complaint(ArchiveRefusal(ArchivePathOf(options_), fault).Text +
                      TwoLanguages{u"; the file has no corrected times",
                                   u"; die Datei hat keine berichtigten Zeiten"}
                          .Text());
@@ -253,7 +227,7 @@ void Upload::Report(const QString& file) {
       json.Text("file", file);
     }
     if (IsArchived()) {
-      json.Number("id", kept_.Id).Text("uuid", kept_.Uuid).Text("archive", ArchivePath());
+      json.Number("id", kept_.Id).Text("uuid", kept_.Uuid).Text("archive", ArchivePathOf(options_));
     } else {
       json.Null("id").Null("uuid").Null("archive");
     }

@@ -15,6 +15,7 @@
 #include "base/TerminationSignals.h"
 #include "base/TextTable.h"
 #include "cli/Commands.h"
+#include "cli/StopRequest.h"
 #include "link/QtSerialPort.h"
 #include "session/PersistedSettings.h"
 
@@ -49,22 +50,6 @@ void ChooseLanguage(const SystemLocale& locale, const QString& storePath) {
   SetTextLanguage(language);
 }
 
-/// The first signal asks a command to end where that loses nothing; the second ends all waits.
-class Stop {
- public:
-  explicit Stop(QtMessageLoop& loop) : loop_(loop), signals_([this] { Press(); }) {}
-  bool Wanted() const { return presses_ > 0; }
-
- private:
-  void Press() {
-    if (++presses_ > 1) loop_.End();
-  }
-
-  QtMessageLoop& loop_;
-  int presses_ = 0;
-  TerminationSignals signals_;
-};
-
 int Run(const QStringList& arguments) {
   QFile out;
   QFile words;
@@ -77,22 +62,27 @@ int Run(const QStringList& arguments) {
   const QString store = PersistedSettings::DefaultPath();
   ChooseLanguage(locale, store);
   QtMessageLoop loop;
-  const Stop stop(loop);
   const SystemClock clock;
+  StopRequest stop(clock, [&loop] { loop.End(); });
+  const TerminationSignals signals([&stop] { stop.Press(); });
+  const SupportLog log(SupportLog::DefaultPath(), clock);
   CommandEnvironment environment{
       .Out = output,
       .Loop = loop,
       .Time = clock,
       .Locale = locale,
+      .Log = log,
       .Ports =
           PortMap(qEnvironmentVariable("TESSMAR_PORTS"),
                   ReadPortsFile(QFileInfo(store).dir().filePath(QStringLiteral("ports.conf")))),
       .StorePath = store,
       .MakePort = [](const PortMap& ports) { return std::make_shared<QtSerialPort>(ports); },
       .StopWanted = [&stop] { return stop.Wanted(); }};
+  stop.IsUncut = [&environment] { return environment.IsUncut && environment.IsUncut(); };
   QTimer ticks;
   ticks.setTimerType(Qt::PreciseTimer);
-  QObject::connect(&ticks, &QTimer::timeout, [&environment] {
+  QObject::connect(&ticks, &QTimer::timeout, [&environment, &stop] {
+    stop.Tick();
     if (environment.OnTick) environment.OnTick();
   });
   ticks.start(kTickMs);

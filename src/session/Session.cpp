@@ -104,7 +104,6 @@ Session::FirstContact Session::InitializeLogger() {
   return FirstContact::Ready;
 }
 
-// What was true when the logger was met, before anybody did anything to it.
 void Session::NoteConnected() {
   if (!link_.Connected || loop_.Ending()) return;
   std::optional<ConfigImage> found;

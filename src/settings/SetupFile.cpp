@@ -310,6 +310,25 @@ class LineReader {
   int taken_ = 0;
 };
 
+template <typename Work>
+void ForEachLine(const QByteArray& file, const Work& work) {
+  QByteArrayView rest(file);
+  while (!rest.isEmpty()) {
+    const auto end =
+        std::find_if(rest.begin(), rest.end(), [](char c) { return c == '\r' || c == '\n'; });
+    const qsizetype length = end - rest.begin();
+    work(rest.first(length));
+    rest = rest.sliced(std::min(length + 1, rest.size()));
+  }
+}
+
+void TakeCount(QByteArrayView line, QByteArrayView beginning, int most, std::optional<int>& count) {
+  if (!line.startsWith(beginning)) return;
+  bool isNumber = false;
+  const int number = WithoutBlanks(line.sliced(beginning.size())).toInt(&isNumber);
+  if (isNumber && number >= 0 && number <= most) count = number;
+}
+
 }  // namespace
 
 QByteArray WriteSetupFile(const SetupFileHead& head, const LinkState& link,
@@ -333,15 +352,17 @@ QByteArray WriteSetupFile(const SetupFileHead& head, const LinkState& link,
 
 int ReadSetupFile(const QByteArray& file, const QLocale& locale, LoggerSettings& settings) {
   LineReader reader(locale, settings);
-  QByteArrayView rest(file);
-  while (!rest.isEmpty()) {
-    const auto end =
-        std::find_if(rest.begin(), rest.end(), [](char c) { return c == '\r' || c == '\n'; });
-    const qsizetype length = end - rest.begin();
-    reader.Take(rest.first(length));
-    rest = rest.sliced(std::min(length + 1, rest.size()));
-  }
+  ForEachLine(file, [&](QByteArrayView line) { reader.Take(line); });
   return reader.Taken();
+}
+
+SetupFileChannels ChannelsOfSetupFile(const QByteArray& file) {
+  SetupFileChannels channels;
+  ForEachLine(file, [&](QByteArrayView line) {
+    TakeCount(line, "NumAnalogChannels=", kAnalogChannels, channels.Analog);
+    TakeCount(line, "NumDigitalChannels=", kPulseChannels, channels.Pulse);
+  });
+  return channels;
 }
 
 }  // namespace tessmar

@@ -3,6 +3,7 @@
 #include <QByteArray>
 #include <QLocale>
 #include <QString>
+#include <optional>
 
 #include "link/LinkState.h"
 #include "settings/LoggerSettings.h"
@@ -34,5 +35,14 @@ QByteArray WriteSetupFile(const SetupFileHead& head, const LinkState& link,
 /// a field of a channel that does not exist; the lines ahead of that one are taken over then.
 /// @return how many lines set a field; 0 for a text that is no setup file.
 int ReadSetupFile(const QByteArray& file, const QLocale& locale, LoggerSettings& settings);
+
+/// How many channels the logger of a setup file had, as far as the file says so.
+struct SetupFileChannels {
+  std::optional<int> Analog;  ///< 0 to 8.
+  std::optional<int> Pulse;   ///< 0 to 2.
+};
+
+/// Reads the channel counts of a setup file. What is no possible count counts as not said.
+SetupFileChannels ChannelsOfSetupFile(const QByteArray& file);
 
 }  // namespace tessmar

@@ -45,6 +45,7 @@ class CommandRig : public testing::Test {
                                    .Loop = Loop,
                                    .Time = Clock,
                                    .Locale = Locale,
+                                   .Log = Log,
                                    .Ports = PortMap(QStringLiteral("COM9=/dev/null")),
                                    .StorePath = File("store.ini"),
                                    .MakePort =
@@ -57,7 +58,9 @@ class CommandRig : public testing::Test {
       if (AtEachTick) AtEachTick();
       if (environment.OnTick) environment.OnTick();
     };
+    Environment = &environment;
     const int status = RunCommand(environment, QStringList{QStringLiteral("tessmar")} + arguments);
+    Environment = nullptr;
     Loop.OnTick = [] {};
     return status;
   }
@@ -81,12 +84,14 @@ class CommandRig : public testing::Test {
   FakeMessageLoop Loop{Unused};
   FakeSerialPort Port;
   FakeClock Clock;
+  SupportLog Log{File("tessmar.log"), Clock};
   SystemLocale Locale{QLocale(QLocale::English, QLocale::UnitedStates)};
   std::unique_ptr<sim::SimulatedLogger> Logger;
   std::unique_ptr<SimulatedLine> Wire;
   bool IsTerminal = false;
   bool StopWanted = false;
   std::function<void()> AtEachTick;
+  CommandEnvironment* Environment = nullptr;  ///< While a command runs.
 
  private:
   QBuffer OutBuffer;

@@ -56,11 +56,13 @@ TEST_F(SettingsCommandsTest, DiffNamesFieldOldAndNew) {
   file.replace("LoggerName=Mill Pond 3", "LoggerName=Weir");
   WriteFile(File("b.set"), file);
   EXPECT_EQ(Diff(u"COM9"_s, File("b.set")), 1);
-  EXPECT_EQ(Out(), u"LoggerName\tMill Pond 3\tWeir\nSampleInterval\t15 minutes\t5 minutes\n"_s);
-  EXPECT_EQ(Diff(File("b.set"), File("got.set"), {u"--json"_s}), 1);
   EXPECT_EQ(Out(),
-            u"{\"field\":\"LoggerName\",\"old\":\"Weir\",\"new\":\"Mill Pond 3\"}\n"
-            u"{\"field\":\"SampleInterval\",\"old\":\"5 minutes\",\"new\":\"15 minutes\"}\n"_s);
+            u"Name\tMill Pond 3\tWeir\nSample periodically every\t15 minutes\t5 minutes\n"_s);
+  EXPECT_EQ(Diff(File("b.set"), File("got.set"), {u"--json"_s}), 1);
+  EXPECT_EQ(
+      Out(),
+      u"{\"field\":\"Name\",\"old\":\"Weir\",\"new\":\"Mill Pond 3\"}\n"
+      u"{\"field\":\"Sample periodically every\",\"old\":\"5 minutes\",\"new\":\"15 minutes\"}\n"_s);
 }
 
 TEST_F(SettingsCommandsTest, DiffOfASourceThatIsNoneIsNotADifference) {
@@ -70,6 +72,44 @@ TEST_F(SettingsCommandsTest, DiffOfASourceThatIsNoneIsNotADifference) {
   EXPECT_EQ(
       Words(),
       u"tessmar: an image file does not know its channels: give --analog N and --pulse N\n"_s);
+}
+
+TEST_F(SettingsCommandsTest, DiffOfTwoFilesTakesTheChannelsThatTheySay) {
+  const QByteArray file = Get();
+  ASSERT_TRUE(file.contains("NumAnalogChannels=8\r\nNumDigitalChannels=2\r\n"));
+  QByteArray few = file;
+  few.replace("NumAnalogChannels=8", "NumAnalogChannels=4");
+  QByteArray other = few;
+  other.replace("Channel=6\r\nEnable=1\r\n", "Channel=6\r\nEnable=0\r\n");
+  ASSERT_NE(other, few);
+  WriteFile(File("few.set"), few);
+  WriteFile(File("other.set"), other);
+  EXPECT_EQ(Diff(File("few.set"), File("other.set")), 0) << Out().toStdString();
+  EXPECT_EQ(Diff(File("got.set"), File("other.set")), 1);
+  EXPECT_EQ(Out(), u"Channel 7: Enable\tYes\tNo\n"_s) << "one of the two has that channel";
+}
+
+TEST_F(SettingsCommandsTest, DiffWithALoggerLeavesOutWhatItLacks) {
+  QByteArray file = Get();
+  Use({.AnalogChannels = 6, .PulseChannels = 1});
+  const QByteArray sixes = Get();
+  file = sixes;
+  file.replace("NumAnalogChannels=6", "NumAnalogChannels=8");
+  file.replace("Channel=7\r\nEnable=0\r\n", "Channel=7\r\nEnable=1\r\n");
+  file.replace("EnableSOD=0", "EnableSOD=1");
+  ASSERT_NE(file, sixes);
+  WriteFile(File("b.set"), file);
+  EXPECT_EQ(Diff(u"COM9"_s, File("b.set")), 0) << Out().toStdString();
+  EXPECT_EQ(Diff(File("b.set"), u"COM9"_s), 0) << Out().toStdString();
+}
+
+TEST_F(SettingsCommandsTest, DiffOfWhatNoMemoryTakesIsAFailure) {
+  QByteArray file = Get();
+  file.replace("Deadband=", "Deadband=70000");
+  WriteFile(File("b.set"), file);
+  EXPECT_EQ(Diff(File("got.set"), File("b.set")), 1);
+  EXPECT_EQ(Words(), u"tessmar: a value does not fit a logger's memory; put the file right\n"_s);
+  EXPECT_EQ(Out(), QString());
 }
 
 TEST_F(SettingsCommandsTest, DiffReadsImages) {
@@ -87,6 +127,54 @@ TEST_F(SettingsCommandsTest, PutProgramsReadsBackAndCommits) {
   EXPECT_EQ(Out(), u"Mill Pond 3: programmed from "_s + File("put.set") + u'\n');
   EXPECT_EQ(Logger->Commits(), 1);
   EXPECT_EQ(Diff(u"COM9"_s, File("put.set")), 0) << Out().toStdString();
+}
+
+TEST_F(SettingsCommandsTest, AWishToEndIsHeardAheadOfProgramming) {
+  const QByteArray file = Get();
+  Port.OnWrite = [this, carry = Port.OnWrite](const Bytes& bytes) {
+    StopWanted = true;
+    carry(bytes);
+  };
+  EXPECT_EQ(Put(file), 1);
+  EXPECT_EQ(Words(), u"tessmar: COM9: broken off\n"_s);
+  EXPECT_EQ(Logger->Requests(0x07), 0);
+}
+
+TEST_F(SettingsCommandsTest, AWishToEndCutsNothingThatIsBeingProgrammed) {
+  QByteArray file = Get();
+  file.replace("SampleInterval=15 minutes", "SampleInterval=5 minutes");
+  bool wasUncut = false;
+  Port.OnWrite = [this, &wasUncut, carry = Port.OnWrite](const Bytes& bytes) {
+    if (Logger->Requests(0x07) == 2) {
+      StopWanted = true;
+      wasUncut = Environment != nullptr && Environment->IsUncut && Environment->IsUncut();
+    }
+    carry(bytes);
+  };
+  EXPECT_EQ(Put(file), 0) << Words().toStdString();
+  EXPECT_TRUE(wasUncut);
+  EXPECT_EQ(Logger->Requests(0x07), 4);
+  EXPECT_EQ(Logger->Commits(), 1);
+  EXPECT_EQ(Out(), u"Mill Pond 3: programmed from "_s + File("put.set") + u'\n');
+  StopWanted = false;
+  EXPECT_EQ(Diff(u"COM9"_s, File("put.set")), 0) << Out().toStdString();
+}
+
+TEST_F(SettingsCommandsTest, WhatIsCutAllTheSameIsSaid) {
+  const QByteArray file = Get();
+  Port.OnWrite = [this, carry = Port.OnWrite](const Bytes& bytes) {
+    if (Logger->Requests(0x07) == 2) {
+      StopWanted = true;
+      Loop.End();
+      return;
+    }
+    carry(bytes);
+  };
+  EXPECT_EQ(Put(file), 1);
+  EXPECT_EQ(Words(),
+            u"tessmar: COM9: broken off in the middle, the logger may hold half of the settings; "
+            u"program them again\n"_s);
+  EXPECT_EQ(Logger->Commits(), 0);
 }
 
 TEST_F(SettingsCommandsTest, PutCommitsNothingThatDidNotReadBack) {

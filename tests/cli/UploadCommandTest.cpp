@@ -130,6 +130,22 @@ TEST_F(UploadCommandTest, AnUnpluggedDeviceKeepsThePart) {
   EXPECT_EQ(ReadFile(File("a.csv.part")).count('\n'), 52);
 }
 
+TEST_F(UploadCommandTest, AnUnpluggedDeviceIsAFailureInTheArchiveToo) {
+  Port.OnWrite = [this, carry = Port.OnWrite](const Bytes& bytes) {
+    if (Logger->Requests(0x0D) >= 5) {
+      Port.Unplug();
+      return;
+    }
+    carry(bytes);
+  };
+  EXPECT_EQ(Run({u"upload"_s, u"COM9"_s, u"--json"_s}), 3);
+  EXPECT_TRUE(Out().contains(u"\"state\":\"failed\",\"promised\":960,\"records\":50,"_s))
+      << Out().toStdString();
+  ASSERT_EQ(Run({u"archive"_s, u"list"_s, u"--json"_s}), 0);
+  EXPECT_TRUE(Out().contains(u"\"state\":\"failed\",\"promised\":960,\"records\":50,"_s))
+      << Out().toStdString();
+}
+
 TEST_F(UploadCommandTest, ASilentLoggerKeepsThePart) {
   Port.OnWrite = [this, carry = Port.OnWrite](const Bytes& bytes) {
     if (Logger->Requests(0x0D) < 5) carry(bytes);

@@ -186,6 +186,21 @@ TEST(ReadSetupFile, LeavesTheChannelCountsToTheLogger) {
   EXPECT_EQ(Read("NumAnalogChannels=3\nNumDigitalChannels=many"), Defaults());
 }
 
+TEST(ChannelsOfSetupFile, AreThoseOfTheLoggerAsFarAsTheFileSays) {
+  const auto channels = [](const char* file) {
+    const SetupFileChannels said = ChannelsOfSetupFile(file);
+    return std::pair(said.Analog.value_or(-1), said.Pulse.value_or(-1));
+  };
+  EXPECT_EQ(channels("NumAnalogChannels=4\r\nNumDigitalChannels=0\r\n"), std::pair(4, 0));
+  EXPECT_EQ(channels("LoggerName=A\nNumAnalogChannels= 0 \n"), std::pair(0, -1));
+  EXPECT_EQ(channels("NumAnalogChannels=9\nNumDigitalChannels=3\n"), std::pair(-1, -1));
+  EXPECT_EQ(channels("NumAnalogChannels=-1\nNumDigitalChannels=two\n"), std::pair(-1, -1));
+  EXPECT_EQ(channels(""), std::pair(-1, -1));
+  const SetupFileChannels golden = ChannelsOfSetupFile(GoldenFile());
+  EXPECT_EQ(golden.Analog, 8);
+  EXPECT_EQ(golden.Pulse, 2);
+}
+
 TEST(ReadSetupFile, TakesAFileOfNothingButAName) {
   LoggerSettings expected = Defaults();
   expected.LoggerName = u"x"_s;
