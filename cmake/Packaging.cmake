@@ -103,5 +103,7 @@ set(CPACK_DEBIAN_PACKAGE_SHLIBDEPS ON)
 # A plugin, and a library that is loaded when it is needed; the linker knows of neither.
 set(CPACK_DEBIAN_PACKAGE_DEPENDS "libqt6sql6-sqlite, libnetcdf19")
 set(CPACK_DEBIAN_PACKAGE_RECOMMENDS "xchm | kchmviewer, xdg-utils")
+# For tessmar archive push.
+set(CPACK_DEBIAN_PACKAGE_SUGGESTS "libqt6sql6-psql")
 set(CPACK_DEBIAN_PACKAGE_CONTROL_STRICT_PERMISSION ON)
 include(CPack)

@@ -34,7 +34,7 @@ BOOKS = {
         "pages": [
             "first-connection", "ports", "live", "history", "plot", "archive", "setup", "calibration",
             *OXYGEN_PAGES,
-            "modem", "image-files", "command", "start-and-settings", "troubleshooting",
+            "modem", "image-files", "command", "sharing", "start-and-settings", "troubleshooting",
         ],
     },
     "TessmarDOHelp": {

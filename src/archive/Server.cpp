@@ -18,7 +18,7 @@ constexpr int kOldestVersion = 120000;
 QString WordsOf(const QSqlError& error) {
   QString text = error.databaseText().simplified();
   const QString code = u'(' + error.nativeErrorCode() + u')';
-  if (!error.nativeErrorCode().isEmpty() && text.endsWith(code)) text.chop(code.size());
+  if (text.endsWith(code)) text.chop(code.size());
   return text.trimmed();
 }
 
@@ -65,6 +65,8 @@ void Server::Open() {
   }
   QSqlQuery version = Run(u"SELECT current_setting('server_version_num')::int"_s);
   CheckServerVersion(version.next() ? version.value(0).toInt() : 0);
+  // Its remarks would come out on standard error.
+  Run(u"SET client_min_messages = error"_s);
   // What the server has confirmed is on its disk, whatever it was told to do by default.
   Run(u"SET synchronous_commit = on"_s);
   // A computer that vanishes in the middle holds up the others for a minute, not for hours.

@@ -20,6 +20,7 @@ enum class CommandWork {
   Convert,
   ArchiveList,
   ArchiveShow,
+  ArchivePush,
   ArchiveExport,
   ArchiveCheck,
 };

@@ -21,6 +21,7 @@ CommandStatus RunConvert(CommandEnvironment& environment, const CommandOptions& 
 CommandStatus RunArchiveList(CommandEnvironment& environment, const CommandOptions& options);
 CommandStatus RunArchiveShow(CommandEnvironment& environment, const CommandOptions& options);
 CommandStatus RunArchiveExport(CommandEnvironment& environment, const CommandOptions& options);
+CommandStatus RunArchivePush(CommandEnvironment& environment, const CommandOptions& options);
 CommandStatus RunArchiveCheck(CommandEnvironment& environment, const CommandOptions& options);
 
 /// Runs the command of a command line, program name first, and shows what comes of it.

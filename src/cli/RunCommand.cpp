@@ -37,6 +37,8 @@ CommandStatus Run(CommandEnvironment& environment, const CommandOptions& options
       return RunArchiveShow(environment, options);
     case CommandWork::ArchiveExport:
       return RunArchiveExport(environment, options);
+    case CommandWork::ArchivePush:
+      return RunArchivePush(environment, options);
     case CommandWork::ArchiveCheck:
       return RunArchiveCheck(environment, options);
   }
