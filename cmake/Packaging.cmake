@@ -53,6 +53,9 @@ endforeach()
 
 install(FILES ${PROJECT_SOURCE_DIR}/docs/file-formats.md ${packaging}/serial-ports.md
               ${packaging}/every-night.md DESTINATION ${TESSMAR_DOC_DIR})
+install(FILES ${PROJECT_SOURCE_DIR}/docs/sharing.md ${PROJECT_SOURCE_DIR}/docs/sharing-roles.sql
+        DESTINATION ${TESSMAR_DOC_DIR})
+install(FILES ${PROJECT_SOURCE_DIR}/docs/examples/oxygen.py DESTINATION ${TESSMAR_DOC_DIR}/examples)
 install(FILES ${packaging}/tessmar.bash-completion
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME tessmar)
 install(FILES ${packaging}/copyright DESTINATION ${TESSMAR_DOC_DIR})
