@@ -121,7 +121,7 @@ class Program {
   void ShowViewer();
   void ShowArchive();
   void ShowArchivedUpload(const ArchivedUpload& upload, QWidget* parent);
-  void ShowArchivedPlot(const ArchivedUpload& upload, QWidget* parent);
+  void ShowArchivedPlot(SeriesSet series, QWidget* parent);
   void ShowPlot(const PlotRequest& request);
   void ShowTrend();
   PlotParts PlotsParts();

@@ -1,6 +1,9 @@
 // The windows that Program opens, each with its parts. What the program does with them stands in
 // Program.cpp.
 
+#include <functional>
+#include <utility>
+
 #include "app/Program.h"
 #include "app/SupportDetails.h"
 #include "app/VersionText.h"
@@ -81,8 +84,7 @@ void Program::ShowArchive() {
                       .AskChoice = AskArchiveChoice,
                       .ShowViewer = [this](const ArchivedUpload& upload,
                                            QWidget* parent) { ShowArchivedUpload(upload, parent); },
-                      .ShowPlot = [this](const ArchivedUpload& upload,
-                                         QWidget* parent) { ShowArchivedPlot(upload, parent); }},
+                      .ShowPlot = std::bind_front(&Program::ShowArchivedPlot, this)},
                      &window_);
   archive.exec();
 }
@@ -94,9 +96,8 @@ void Program::ShowArchivedUpload(const ArchivedUpload& upload, QWidget* parent) 
   viewer.exec();
 }
 
-void Program::ShowArchivedPlot(const ArchivedUpload& upload, QWidget* parent) {
-  const HistoryTable table(*upload.Records, upload.Settings, upload.Link, false, locale_);
-  PlotData data(SeriesOf(table, upload.LoggerName));
+void Program::ShowArchivedPlot(SeriesSet series, QWidget* parent) {
+  PlotData data(std::move(series));
   frmPlot plot(data, PlotsParts(), parent);
   plot.exec();
 }

@@ -12,8 +12,6 @@
 namespace tessmar {
 namespace {
 
-using namespace Qt::StringLiterals;
-
 constexpr int kBitsPerByte = 8;
 constexpr std::int64_t kRecordsPerLook = 4096;
 
@@ -119,8 +117,8 @@ ArchivedSeries LoadSeries(const Store& store, qint64 logger, const LoadProgress&
          .Undated = image});
   }
   series.Series = JoinUploads(series.Uploads);
-  series.Corrected = CorrectedTimes(series.Uploads, series.Series,
-                                    ClockReadingsOf(series.Rows, events, series.Rows));
+  series.Readings = ClockReadingsOf(series.Rows, events, series.Rows);
+  series.Corrected = CorrectedTimes(series.Uploads, series.Series, series.Readings);
   return series;
 }
 

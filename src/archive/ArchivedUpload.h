@@ -33,6 +33,7 @@ struct ArchivedSeries {
   std::vector<std::vector<std::uint8_t>> Bytes;  ///< Of each, its stored records.
   std::vector<SeriesUpload> Uploads;             ///< The same for the series; refers to Bytes.
   LoggerSeries Series;
+  std::vector<ClockReading> Readings;   ///< What is known of the logger's clock.
   std::vector<std::int64_t> Corrected;  ///< By record of the series, see CorrectedTimes.
 };
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QDateTime>
 #include <span>
 #include <vector>
 
@@ -17,5 +18,12 @@ namespace tessmar {
 std::vector<ClockReading> ClockReadingsOf(std::span<const UploadRow> uploads,
                                           std::span<const EventRow> events,
                                           std::span<const UploadRow> series);
+
+/// What the logger's clock showed at a moment: along a straight line between two readings, going
+/// right before the first and behind the last. Where there is none it is taken for right, in the
+/// computer's own time zone.
+///
+/// @return in milliseconds since the beginning of 1970 as if the logger's time of day were UTC.
+std::int64_t LoggerTimeAt(std::span<const ClockReading> readings, const QDateTime& at);
 
 }  // namespace tessmar

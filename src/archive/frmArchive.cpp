@@ -17,6 +17,7 @@
 #include "archive/ArchiveEdits.h"
 #include "archive/ArchiveTexts.h"
 #include "archive/CalibrationsPage.h"
+#include "archive/SeriesSets.h"
 #include "archive/WindowTexts.h"
 #include "base/FileTrouble.h"
 #include "base/TextTable.h"
@@ -84,7 +85,12 @@ void frmArchive::ShowChosen() {
   uploadsModel_.Set(std::move(uploads), names_);
   calibrations_->Show(events, names_);
   logbookModel_.Set(std::move(events), names_);
-  if (uploadsFilter_.rowCount() > 0) tblUploads_->setCurrentIndex(uploadsFilter_.index(0, 0));
+  if (uploadsFilter_.rowCount() > 0) {
+    // A logger stands for all its uploads until one of them is chosen.
+    const auto select = logger ? QItemSelectionModel::NoUpdate : QItemSelectionModel::SelectCurrent;
+    tblUploads_->selectionModel()->setCurrentIndex(uploadsFilter_.index(0, 0),
+                                                   select | QItemSelectionModel::Rows);
+  }
   ShowStatus();
   UpdateButtons();
 }
@@ -94,7 +100,16 @@ void frmArchive::UpdateButtons() {
   const bool bin = InBin();
   const bool logger = ChosenLogger().has_value();
   const int loggers = loggersModel_.rowCount() - (binned_.empty() ? 1 : 2);
-  for (QPushButton* button : {cmdOpen_, cmdPlot_, cmdExport_}) button->setEnabled(uploads == 1);
+  const std::optional<qint64> series = ChosenSeries();
+  for (QPushButton* button : {cmdOpen_, cmdExport_}) button->setEnabled(uploads == 1);
+  cmdPlot_->setEnabled(uploads == 1 || series);
+  cmdPlot_->setToolTip(series         ? GetText(Id::PlotSeriesHint).arg(NameOfLogger(*series))
+                       : uploads == 1 ? GetText(Id::PlotUploadHint)
+                                      : GetText(Id::PlotNothingHint));
+  cmdOpen_->setToolTip(GetText(uploads == 1 ? Id::OpenUploadHint : Id::OpenNothingHint));
+  // A tool tip alone is not read out.
+  for (QPushButton* button : {cmdOpen_, cmdPlot_})
+    button->setAccessibleDescription(button->toolTip());
   cmdRename_->setEnabled(logger);
   cmdMerge_->setEnabled(logger && loggers > 1);
   cmdSplit_->setEnabled(uploads > 0 && !bin);
@@ -111,8 +126,36 @@ void frmArchive::ShowStatus(const QString& what) {
     const bool none = uploads_.empty() && binned_.empty() && events_.empty();
     text = none ? GetText(Id::NoArchiveYet)
                 : CountText(static_cast<std::size_t>(uploadsFilter_.rowCount()));
+    const QString chosen = ChosenText();
+    if (!chosen.isEmpty()) text += u"; "_s + GetText(Id::Chosen).arg(chosen);
   }
   lblStatus_->setText(text);
+}
+
+QString frmArchive::NameOfLogger(qint64 logger) const {
+  const QString name = names_.value(logger);
+  return name.isEmpty() ? GetText(Id::UnnamedLogger) : name;
+}
+
+std::optional<qint64> frmArchive::ChosenSeries() const {
+  if (tblUploads_->selectionModel()->hasSelection() || uploadsModel_.rowCount() == 0)
+    return std::nullopt;
+  return ChosenLogger();
+}
+
+void frmArchive::ChooseSeries() {
+  if (ChosenLogger()) tblUploads_->clearSelection();
+}
+
+QString frmArchive::ChosenText() const {
+  if (const std::optional<qint64> series = ChosenSeries())
+    return GetText(Id::SeriesOfLogger).arg(NameOfLogger(*series));
+  const QModelIndexList rows = tblUploads_->selectionModel()->selectedRows();
+  if (rows.isEmpty()) return {};
+  if (rows.size() > 1) return CountText(static_cast<std::size_t>(rows.size()));
+  const UploadRow& upload = uploadsModel_.Upload(uploadsFilter_.mapToSource(rows.front()).row());
+  return GetText(Id::UploadOf)
+      .arg(NameOfLogger(upload.LoggerId), LocalTimeText(upload.Started, parts_.Locale));
 }
 
 bool frmArchive::InBin() const {
@@ -188,14 +231,33 @@ std::optional<ArchivedUpload> frmArchive::Read() {
   return std::nullopt;
 }
 
+std::optional<SeriesSet> frmArchive::ReadSeries() {
+  const std::optional<qint64> logger = ChosenSeries();
+  std::optional<ArchivedUpload> upload;
+  if (!logger && !(upload = Read())) return std::nullopt;
+  try {
+    const WaitCursorScope waitCursor(parts_.Screen);
+    SeriesSet series =
+        logger ? SeriesSetOfLogger(store_, *logger, parts_.Locale)
+               : SeriesSetOfUpload(store_, ChosenUploads().front(), *upload, parts_.Locale);
+    if (!series.Times.empty()) return series;
+  } catch (const ArchiveFault& fault) {
+    TellFault(fault, GetText(Id::NotRead));
+    return std::nullopt;
+  }
+  parts_.Message.MsgBox(GetText(Id::SeriesEmpty).arg(NameOfLogger(*logger)), kInformation,
+                        windowTitle());
+  return std::nullopt;
+}
+
 void frmArchive::cmdOpen_Click() {
   if (!cmdOpen_->isEnabled()) return;
   if (const std::optional<ArchivedUpload> upload = Read()) parts_.ShowViewer(*upload, this);
 }
 
 void frmArchive::cmdPlot_Click() {
-  if (!parts_.ShowPlot) return;
-  if (const std::optional<ArchivedUpload> upload = Read()) parts_.ShowPlot(*upload, this);
+  if (!parts_.ShowPlot || !cmdPlot_->isEnabled()) return;
+  if (std::optional<SeriesSet> series = ReadSeries()) parts_.ShowPlot(std::move(*series), this);
 }
 
 void frmArchive::cmdExport_Click() {

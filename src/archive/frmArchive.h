@@ -16,6 +16,7 @@
 #include "base/MainScreen.h"
 #include "base/Messages.h"
 #include "base/SystemLocale.h"
+#include "measure/Series.h"
 
 class QCheckBox;
 class QDateEdit;
@@ -53,8 +54,9 @@ struct ArchiveParts {
       AskChoice;
   /// Shows an upload in the viewer, modally over the window.
   std::function<void(const ArchivedUpload& upload, QWidget* parent)> ShowViewer;
-  /// The same as a plot; null when there is none.
-  std::function<void(const ArchivedUpload& upload, QWidget* parent)> ShowPlot = {};
+  /// Shows an upload, or the series of a logger, as a plot in the same way; null when there is
+  /// none.
+  std::function<void(SeriesSet set, QWidget* parent)> ShowPlot = {};
 };
 
 /// The archive's window: the loggers, their uploads and their logbook, and what can be done with
@@ -84,13 +86,21 @@ class frmArchive : public QDialog {
   void ShowStatus(const QString& what = {});
   bool InBin() const;
   std::optional<qint64> ChosenLogger() const;
+  QString NameOfLogger(qint64 logger) const;
   std::vector<qint64> ChosenUploads() const;
   void Choose(std::optional<qint64> logger);
   /// Changes the archive and shows it anew; a fault is told. @return false then.
   bool Change(const std::function<void(Store& store)>& change);
   void TellFault(const ArchiveFault& fault, const QString& what);
   std::optional<ArchivedUpload> Read();
+  std::optional<SeriesSet> ReadSeries();
+  /// The logger whose series is chosen: that of the list while none of its uploads is chosen.
+  std::optional<qint64> ChosenSeries() const;
+  /// What is chosen, in words; empty for nothing that could be plotted.
+  QString ChosenText() const;
 
+  /// Lets go of what is chosen of a logger's uploads.
+  void ChooseSeries();
   void cmdOpen_Click();
   void cmdPlot_Click();
   void cmdExport_Click();

@@ -251,11 +251,19 @@ void frmArchive::Connect() {
   onClick(cmdRestore_, &frmArchive::cmdRestore_Click);
   onClick(cmdEmpty_, &frmArchive::cmdEmpty_Click);
   connect(cmdClose_, &QPushButton::clicked, this, &QDialog::reject);
-  connect(tblUploads_, &QTableView::activated, this, [this] { cmdOpen_Click(); });
+  connect(tblUploads_, &QTableView::activated, this, [this](const QModelIndex& index) {
+    if (!tblUploads_->selectionModel()->hasSelection()) tblUploads_->selectRow(index.row());
+    cmdOpen_Click();
+  });
   connect(treeLoggers_->selectionModel(), &QItemSelectionModel::currentChanged, this,
           [this] { ShowChosen(); });
-  connect(tblUploads_->selectionModel(), &QItemSelectionModel::selectionChanged, this,
-          [this] { UpdateButtons(); });
+  // Pressed again, a logger stands for all its uploads again.
+  connect(treeLoggers_, &QTreeView::clicked, this, [this] { ChooseSeries(); });
+  connect(treeLoggers_, &QTreeView::activated, this, [this] { ChooseSeries(); });
+  connect(tblUploads_->selectionModel(), &QItemSelectionModel::selectionChanged, this, [this] {
+    ShowStatus();
+    UpdateButtons();
+  });
   connect(txtFilter_, &QLineEdit::textChanged, this, [this] { ApplyFilter(); });
   for (QCheckBox* box : {chkSince_, chkUntil_})
     connect(box, &QCheckBox::toggled, this, [this] { ApplyFilter(); });

@@ -30,11 +30,19 @@ struct LoggingStretch {
   bool operator==(const LoggingStretch&) const = default;
 };
 
+/// Records that one upload has where another has others or none: First to End - 1. Where the next
+/// dispute begins at End, it is the other upload's reading of the same place.
+struct SeriesDispute {
+  std::size_t First = 0;
+  std::size_t End = 0;
+  bool operator==(const SeriesDispute&) const = default;
+};
+
 /// Something that happened to the logger: the clock was set, the memory cleared.
 struct SeriesMark {
   double Time = 0;       ///< On the scale of SeriesSet::Times.
   double Corrected = 0;  ///< On that of SeriesSet::Corrected; not a number where unknown.
-  QString Text = {};
+  QString Text = {};     ///< What it was, in the operator's language.
 };
 
 /// All channels of a logger's records, in the logger's order.
@@ -43,13 +51,14 @@ struct SeriesSet {
   /// Of each record by the logger's clock, see StampSeconds; not a number for a record without a
   /// time. A clock that was set back goes back here.
   std::vector<double> Times;
-  /// Of each record as the computer's clock would have had it, not a number where it is not known;
-  /// empty where it is nowhere known.
+  /// Of each record as the computer's clock would have had it, in UTC; not a number where it is not
+  /// known, and empty where it is nowhere known.
   std::vector<double> Corrected;
   std::vector<LoggingStretch> Stretches;  ///< Rising; the first begins at record 0.
   /// Records, rising, before which others may be missing, such as between two uploads that have no
   /// record in common: no line leads to them.
   std::vector<std::size_t> Seams;
+  std::vector<SeriesDispute> Disputes;  ///< Rising, without a record in common.
   std::vector<Series> Channels;
   std::vector<SeriesMark> Marks;
 };
@@ -57,6 +66,9 @@ struct SeriesSet {
 /// Seconds between two records of a logger that is set up so; 0 where records do not come
 /// periodically, or where the interval's text names no time.
 double LoggedInterval(const LoggerSettings& settings);
+
+/// Samples of a live run that come farther apart, in seconds, are not joined unless most do.
+inline constexpr double kLongestLiveStep = 6;
 
 /// A longer distance between two records of a periodic stretch is a hole.
 inline constexpr double kIntervalsToHole = 1.5;

@@ -10,6 +10,7 @@ namespace {
 constexpr std::int64_t kDaysOfEra = 146097;  // 400 years.
 constexpr int kYearsOfEra = 400;
 constexpr double kFarthest = 1e12;
+constexpr std::int64_t kFrom1970To2000 = 946684800000;  // Milliseconds.
 
 std::int64_t FloorDivide(std::int64_t value, std::int64_t by) {
   return value / by - (value % by < 0 ? 1 : 0);
@@ -37,6 +38,10 @@ double StampSeconds(std::uint32_t packedTime) {
   const TimeStampFields fields = UnpackTimeStamp(packedTime);
   return MidnightOf(fields.Year, fields.Month, fields.Day) + fields.Hour * 3600.0 +
          fields.Minute * 60.0 + fields.Second;
+}
+
+double SecondsOnScale(std::int64_t milliseconds) {
+  return static_cast<double>(milliseconds - kFrom1970To2000) / 1000;
 }
 
 double MidnightOf(int year, int month, int day) {

@@ -10,6 +10,9 @@ namespace tessmar {
 /// hours into the next day.
 double StampSeconds(std::uint32_t packedTime);
 
+/// The same scale for a clock that counts milliseconds since the beginning of 1970.
+double SecondsOnScale(std::int64_t milliseconds);
+
 /// The calendar's fields of a time on that scale.
 struct CalendarTime {
   int Year = 2000;

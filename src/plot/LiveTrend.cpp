@@ -30,7 +30,7 @@ LiveTrend::LiveTrend(const LinkState& link, const LoggerSettings& settings, Live
 SeriesSet LiveTrend::EmptySet() const {
   SeriesSet set;
   set.LoggerName = settings_.LoggerName;
-  set.Stretches.push_back({.First = 0, .Interval = kLongestStep / kIntervalsToHole});
+  set.Stretches.push_back({.First = 0, .Interval = kLongestLiveStep / kIntervalsToHole});
   const int analog = std::min<int>(link_.AnalogChannelCount, kAnalogChannels);
   for (int channel = 0; channel < analog; ++channel) {
     if (settings_.Analog[static_cast<std::size_t>(channel)].Enable == 0) continue;

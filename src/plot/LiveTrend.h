@@ -21,8 +21,6 @@ class LiveTrend {
  public:
   /// When it holds so many records the older half is forgotten.
   static constexpr std::size_t kMostRecords = 200000;
-  /// Samples that come farther apart, in seconds, are not joined.
-  static constexpr double kLongestStep = 6;
   /// A logger that has not answered for so long, in milliseconds, is missed.
   static constexpr std::int64_t kPatienceMs = 6000;
 

@@ -22,6 +22,7 @@ void UprightLines::draw(QCPPainter* painter) {
   const QCPAxis* axis = strips.first()->axis(QCPAxis::atBottom);
   const Qt::PenStyle style = form_ == Form::Plain    ? Qt::SolidLine
                              : form_ == Form::Dashed ? Qt::DashLine
+                             : form_ == Form::Split  ? Qt::DashDotLine
                                                      : Qt::DotLine;
   double last = -1;
   for (const double time : times_) {
@@ -40,8 +41,14 @@ void UprightLines::draw(QCPPainter* painter) {
 void UprightLines::DrawHead(QCPPainter* painter, double x, double top) const {
   painter->setPen(Qt::NoPen);
   painter->setBrush(colour_);
+  const double half = kHeadSize / 2;
+  if (form_ == Form::Split) {
+    painter->drawPolygon(QPolygonF(
+        {{x, top}, {x + half, top + half}, {x, top + kHeadSize}, {x - half, top + half}}));
+    return;
+  }
   const double to = form_ == Form::Back ? x - kHeadSize : x + kHeadSize;
-  painter->drawPolygon(QPolygonF({{x, top}, {to, top + kHeadSize / 2}, {x, top + kHeadSize}}));
+  painter->drawPolygon(QPolygonF({{x, top}, {to, top + half}, {x, top + kHeadSize}}));
 }
 
 }  // namespace tessmar

@@ -15,6 +15,7 @@ class UprightLines final : public QCPLayerable {
     Plain,
     Dashed,  ///< With a flag at the top: something happened.
     Back,    ///< Dotted, with an arrow to the left at the top: the clock went back.
+    Split,   ///< Of dots and dashes, with a diamond at the top: uploads disagree.
   };
 
   UprightLines(QCustomPlot* plot, const QString& layer, Form form);

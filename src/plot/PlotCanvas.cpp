@@ -83,6 +83,8 @@ void PlotCanvas::ShowCorrectedTimes(bool corrected) {
 
 void PlotCanvas::SetCursor(std::size_t record) {
   if (record >= data_.RecordCount()) return;
+  // It stands nowhere on this axis.
+  if (std::isnan(data_.Times()[record])) return ForgetCursor();
   cursorRecord_ = record;
   Cursor().SetTimes({data_.Times()[record]});
   layer(QStringLiteral("overlay"))->replot();

@@ -15,6 +15,7 @@ QByteArray Head(const PlotData& data, const PlotCsvView& view, const SystemLocal
   QString head = data.Set().LoggerName + u',' + locale.ShortDate(view.Saved.date()) + u',' +
                  locale.ShortTime(view.Saved.time()) + u"\r\n"_s;
   head += GetText(TextId::Date) + (view.SingleColumn ? u" "_s : u", "_s) + GetText(TextId::Time);
+  if (data.ShowsCorrectedTimes()) head += u" (UTC)"_s;
   for (const int channel : view.Channels) head += u", "_s + data.Channel(channel).Unit;
   return (head + u"\r\n"_s).toUtf8();
 }

@@ -19,7 +19,8 @@ struct PlotCsvView {
 
 /// The text of a CSV file in the form of the history's: line 1 with the logger's name, date and
 /// time of saving, line 2 with the headings, a line for each record in the logger's order, in
-/// UTF-8, lines ending with CR LF. Times are those of the axis.
+/// UTF-8, lines ending with CR LF. Times are those of the axis; the heading says so when they
+/// are the corrected ones.
 QByteArray PlotCsv(const PlotData& data, const PlotCsvView& view, const SystemLocale& locale);
 
 }  // namespace tessmar

@@ -30,6 +30,9 @@ void PlotData::CutRuns() {
   breaks_.reserve(RecordCount());
   stretch_ = 0;
   whole_ = {};
+  disputedPlaces_.clear();
+  for (const SeriesDispute& dispute : set_.Disputes)
+    if (!BeginsOtherReading(dispute.First)) disputedPlaces_.push_back(dispute.First);
   for (std::size_t record = 0; record < RecordCount(); ++record) TakeRecord(record);
 }
 
@@ -44,13 +47,14 @@ void PlotData::TakeRecord(std::size_t record) {
   }
   const bool follows = !runs_.empty() && runs_.back().End == record;
   const bool back = !runs_.empty() && time < times[runs_.back().End - 1];
-  if (back) stepsBack_.push_back(record);
+  const bool otherReading = BeginsOtherReading(record);
+  if (back && !otherReading && !EndsOtherReading(record)) stepsBack_.push_back(record);
   if (follows && !back) {
     runs_.back().End = record + 1;
   } else {
     runs_.push_back({record, record + 1});
   }
-  breaks_.push_back(!follows || back || IsHole(record) ? 1 : 0);
+  breaks_.push_back(!follows || back || otherReading || IsHole(record) ? 1 : 0);
   const bool first = runs_.size() == 1 && runs_.back().End - runs_.back().First == 1;
   whole_.Begin = first ? time : std::min(whole_.Begin, time);
   whole_.End = first ? time : std::max(whole_.End, time);
@@ -61,6 +65,20 @@ bool PlotData::IsHole(std::size_t record) const {
   if (set_.Stretches.empty()) return false;
   const double interval = set_.Stretches[stretch_].Interval;
   return interval > 0 && Times()[record] - Times()[record - 1] > kIntervalsToHole * interval;
+}
+
+bool PlotData::BeginsOtherReading(std::size_t record) const {
+  const std::vector<SeriesDispute>& disputes = set_.Disputes;
+  const auto at = std::ranges::lower_bound(disputes, record, {}, &SeriesDispute::First);
+  return at != disputes.end() && at != disputes.begin() && at->First == record &&
+         (at - 1)->End == record;
+}
+
+// True for the record behind the last of two readings.
+bool PlotData::EndsOtherReading(std::size_t record) const {
+  const std::vector<SeriesDispute>& disputes = set_.Disputes;
+  const auto at = std::ranges::lower_bound(disputes, record, {}, &SeriesDispute::End);
+  return at != disputes.end() && at->End == record && BeginsOtherReading(at->First);
 }
 
 RecordSpan PlotData::InRange(const RecordSpan& run, TimeRange range) const {
@@ -121,12 +139,8 @@ std::size_t PlotData::Nearest(double time) const {
 }
 
 double PlotData::IntervalAt(std::size_t record) const {
-  double interval = 0;
-  for (const LoggingStretch& stretch : set_.Stretches) {
-    if (stretch.First > record) break;
-    interval = stretch.Interval;
-  }
-  return interval;
+  const auto behind = std::ranges::upper_bound(set_.Stretches, record, {}, &LoggingStretch::First);
+  return behind == set_.Stretches.begin() ? 0 : (behind - 1)->Interval;
 }
 
 bool PlotData::JoinsAnyDistance() const {
@@ -153,6 +167,11 @@ void PlotData::ForgetFirst(std::size_t count) {
   for (Series& series : set_.Channels) drop(series.Values);
   std::erase_if(set_.Seams, [count](std::size_t seam) { return seam < count; });
   for (std::size_t& seam : set_.Seams) seam -= count;
+  std::erase_if(set_.Disputes, [count](const SeriesDispute& d) { return d.First < count; });
+  for (SeriesDispute& dispute : set_.Disputes) {
+    dispute.First -= count;
+    dispute.End -= count;
+  }
   std::erase_if(set_.Stretches, [count](const LoggingStretch& s) { return s.First <= count; });
   for (LoggingStretch& stretch : set_.Stretches) stretch.First -= count;
   set_.Stretches.insert(set_.Stretches.begin(), LoggingStretch{.First = 0, .Interval = interval});

@@ -15,6 +15,8 @@ struct TimeRange {
   double Begin = 0;
   double End = 0;
   double Length() const { return End - Begin; }
+  /// Ends included; false for a place that is not a number.
+  bool Contains(double time) const { return time >= Begin && time <= End; }
   bool operator==(const TimeRange&) const = default;
 };
 
@@ -31,7 +33,7 @@ struct RecordSpan {
 /// The rule, which docs/decisions/plot.md tells with its reasons: records stay in the logger's
 /// order and are never sorted. A line leads from a record to the next one when both have a value,
 /// the clock did not go back between them, and, with periodic logging, no more than 1.5 intervals
-/// lie between. Equal times are joined.
+/// lie between, and they are not two uploads' readings of the same place. Equal times are joined.
 class PlotData {
  public:
   explicit PlotData(SeriesSet set);
@@ -52,9 +54,14 @@ class PlotData {
 
   /// The times shown; not a number for a record that has none and stands nowhere on the axis.
   std::span<const double> Times() const { return corrected_ ? set_.Corrected : set_.Times; }
+  /// Where a mark stands on the axis shown; not a number for nowhere.
+  double TimeOf(const SeriesMark& mark) const { return corrected_ ? mark.Corrected : mark.Time; }
   std::span<const RecordSpan> Runs() const { return runs_; }
-  /// The first records after each step back of the clock.
+  /// The first records after each step back of the clock. What two uploads read differently begins
+  /// anew, too, but no clock went back there.
   std::span<const std::size_t> StepsBack() const { return stepsBack_; }
+  /// The first record of each place where uploads disagree.
+  std::span<const std::size_t> DisputedPlaces() const { return disputedPlaces_; }
   /// From the earliest time to the latest; of no length at 0 when no record has a time.
   TimeRange Whole() const { return whole_; }
   /// The records of a run whose times lie in the range, ends included.
@@ -85,11 +92,14 @@ class PlotData {
   void TakeRecord(std::size_t record);
   void BuildLevels();
   bool IsHole(std::size_t record) const;
+  bool BeginsOtherReading(std::size_t record) const;
+  bool EndsOtherReading(std::size_t record) const;
 
   SeriesSet set_;
   bool corrected_ = false;
   std::vector<RecordSpan> runs_;
   std::vector<std::size_t> stepsBack_;
+  std::vector<std::size_t> disputedPlaces_;
   std::vector<std::uint8_t> breaks_;  ///< By record: 1 where no line leads to it.
   std::vector<Levels> levels_;        ///< By channel.
   std::size_t stretch_ = 0;           ///< That of the record taken last.

@@ -66,6 +66,7 @@ PlotStrips::PlotStrips(const PlotData& plotData, const SystemLocale& locale, QWi
   // The library's topmost layer has a picture of its own, so that a move of the cursor paints no
   // more.
   stepsBack_ = new UprightLines(this, u"lines"_s, UprightLines::Form::Back);
+  disputes_ = new UprightLines(this, u"lines"_s, UprightLines::Form::Split);
   marks_ = new UprightLines(this, u"lines"_s, UprightLines::Form::Dashed);
   cursor_ = new UprightLines(this, u"overlay"_s, UprightLines::Form::Plain);
   view_ = {0, 1};
@@ -76,6 +77,7 @@ PlotStrips::~PlotStrips() {
   delete cursor_;
   delete marks_;
   delete stepsBack_;
+  delete disputes_;
 }
 
 void PlotStrips::SetShown(const std::vector<bool>& shown) {
@@ -170,6 +172,7 @@ void PlotStrips::DressAll() {
   const QColor mark = Colour(theme_->Mark);
   marks_->SetColour(mark);
   stepsBack_->SetColour(mark);
+  disputes_->SetColour(mark);
   cursor_->SetColour(Colour(theme_->Text));
   for (const Strip& strip : strips_) DressStrip(strip, &strip == &strips_.back());
   NameGraphs();
@@ -315,24 +318,17 @@ void PlotStrips::NameGraphs() {
 
 void PlotStrips::PlaceMarks() {
   std::vector<double> marks;
-  for (const SeriesMark& mark : data_.Set().Marks)
-    marks.push_back(data_.ShowsCorrectedTimes() ? mark.Corrected : mark.Time);
+  for (const SeriesMark& mark : data_.Set().Marks) marks.push_back(data_.TimeOf(mark));
   marks_->SetTimes(std::move(marks));
-  std::vector<double> steps;
-  for (const std::size_t record : data_.StepsBack()) steps.push_back(data_.Times()[record]);
-  stepsBack_->SetTimes(std::move(steps));
+  stepsBack_->SetTimes(TimesOf(data_.StepsBack()));
+  disputes_->SetTimes(TimesOf(data_.DisputedPlaces()));
 }
 
-int PlotStrips::MarksInView() const {
-  return static_cast<int>(
-      std::count_if(marks_->Times().begin(), marks_->Times().end(),
-                    [this](double time) { return time >= view_.Begin && time <= view_.End; }));
-}
-
-int PlotStrips::StepsBackInView() const {
-  return static_cast<int>(
-      std::count_if(stepsBack_->Times().begin(), stepsBack_->Times().end(),
-                    [this](double time) { return time >= view_.Begin && time <= view_.End; }));
+std::vector<double> PlotStrips::TimesOf(std::span<const std::size_t> records) const {
+  std::vector<double> times;
+  times.reserve(records.size());
+  for (const std::size_t record : records) times.push_back(data_.Times()[record]);
+  return times;
 }
 
 void PlotStrips::DataChanged() {

@@ -53,10 +53,6 @@ class PlotStrips : public QCustomPlot {
   /// The data have other channels than before.
   void ChannelsChanged();
 
-  /// How many marks, and how many steps back of the clock, lie in view.
-  int MarksInView() const;
-  int StepsBackInView() const;
-
  protected:
   const PlotData& Data() const { return data_; }
   const SystemLocale& Locale() const { return locale_; }
@@ -87,6 +83,7 @@ class PlotStrips : public QCustomPlot {
   Extent ExtentInView(int channel) const;
   void NameGraphs();
   void PlaceMarks();
+  std::vector<double> TimesOf(std::span<const std::size_t> records) const;
   const std::vector<ColumnCell>& Cells(const ColumnView& view);
 
   const PlotData& data_;
@@ -102,6 +99,7 @@ class PlotStrips : public QCustomPlot {
   QCPMarginGroup* margins_;
   UprightLines* marks_ = nullptr;
   UprightLines* stepsBack_ = nullptr;
+  UprightLines* disputes_ = nullptr;
   UprightLines* cursor_ = nullptr;
   ColumnView cellsView_;
   std::vector<ColumnCell> cells_;

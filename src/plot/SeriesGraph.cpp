@@ -213,10 +213,8 @@ void SeriesGraph::DrawDots(QCPPainter* painter, const QVector<QPointF>& points, 
   for (const QPointF& point : points) painter->drawEllipse(point, size / 2, size / 2);
 }
 
-// Of the interval that the latest records in view were logged with.
-double SeriesGraph::BarWidth() const {
-  const std::size_t record = data_.Nearest(View().End);
-  if (record >= data_.RecordCount()) return kLeastBarWidth;
+// Of the interval that the record was logged with.
+double SeriesGraph::BarWidth(std::size_t record) const {
   const double interval = data_.IntervalAt(record) * kBarShare;
   const double pixels = interval / View().Length() * mKeyAxis->axisRect()->width();
   return std::max(pixels, kLeastBarWidth);
@@ -226,7 +224,6 @@ void SeriesGraph::DrawBars(QCPPainter* painter) {
   painter->setAntialiasing(false);
   painter->setPen(Qt::NoPen);
   painter->setBrush(mPen.color());
-  const double width = BarWidth();
   const AxisLine times(*mKeyAxis);
   const AxisLine values(*mValueAxis);
   const double zero = Near(values.PixelOf(0));
@@ -239,6 +236,7 @@ void SeriesGraph::DrawBars(QCPPainter* painter) {
       if (std::isnan(data_.Value(channel_, record))) continue;
       const QPointF tip(Near(times.PixelOf(data_.Times()[record])),
                         Near(values.PixelOf(data_.Value(channel_, record))));
+      const double width = BarWidth(record);
       const double height = std::max(std::abs(tip.y() - zero), 1.0);
       painter->drawRect(QRectF(tip.x() - width / 2, std::min(tip.y(), zero), width, height));
     }

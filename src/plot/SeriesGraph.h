@@ -39,7 +39,7 @@ class SeriesGraph final : public QCPAbstractPlottable {
   void DrawLines(QCPPainter* painter, const QVector<QLineF>& lines) const;
   void DrawDots(QCPPainter* painter, const QVector<QPointF>& points, double size) const;
   void DrawBars(QCPPainter* painter);
-  double BarWidth() const;
+  double BarWidth(std::size_t record) const;
 
   const PlotData& data_;
   int channel_;

@@ -48,7 +48,9 @@ QString StatisticsModel::Text(const ChannelStatistics& row, int column) const {
   const Series& series = data_.Channel(row.Channel);
   if (column == 0) return DateOnAxis(row.Day, locale_);
   if (column == 1) return ChannelName(series);
-  if (!row.All.Any()) return u"---"_s;
+  // Each total holds those before it.
+  const bool isSum = kHeadings.at(static_cast<std::size_t>(column)) == PlotTextId::Sum;
+  if (!row.All.Any() || (isSum && series.IsTotal)) return u"---"_s;
   const std::array values{row.All.Least, row.All.Mean(), row.All.Greatest,
                           row.First,     row.Last,       row.All.Sum};
   return FormatValue(values.at(static_cast<std::size_t>(column - kFirstNumber)), series.Decimals);

@@ -270,7 +270,7 @@ void frmPlot::ShowCursorText() {
 }
 
 void frmPlot::ShowNotes() {
-  const QString notes = ViewNotes(data_, pltPlot_->MarksInView(), pltPlot_->StepsBackInView());
+  const QString notes = ViewNotes(data_, pltPlot_->View(), parts_.Locale);
   if (notes == lblMarks_->text()) return;
   lblMarks_->setText(notes);
   lblMarks_->setVisible(!notes.isEmpty());

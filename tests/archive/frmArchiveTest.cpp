@@ -119,7 +119,7 @@ class ArchiveWindow : public ArchiveFolder {
   std::optional<int> choice_;
   QString asked_;
   QString shown_;
-  std::function<void(const ArchivedUpload&, QWidget*)> showPlot_;
+  std::function<void(SeriesSet, QWidget*)> showPlot_;
   std::optional<frmArchive> window_;
 };
 
@@ -138,10 +138,10 @@ TEST_F(ArchiveWindow, ShowsLoggersUploadsAndLogbook) {
   EXPECT_EQ(Loggers(), (QStringList{u"All loggers"_s, u"Pond"_s, u"Well 7"_s}));
   EXPECT_EQ(Records(), (QStringList{u"4"_s, u"3"_s, u"2"_s}));
   EXPECT_EQ(Find<QTableView>(u"tblLogbook"_s)->model()->rowCount(), 1);
-  EXPECT_EQ(Status(), u"3 uploads"_s);
+  EXPECT_EQ(Status(), u"3 uploads; chosen: Well 7, 3/3/2026 12:00:00 PM"_s);
   ChooseLogger(1);
   EXPECT_EQ(Records(), QStringList{u"3"_s});
-  EXPECT_EQ(Status(), u"1 upload"_s);
+  EXPECT_EQ(Status(), u"1 upload; chosen: the whole series of Pond"_s);
   EXPECT_EQ(Find<QTableView>(u"tblLogbook"_s)->model()->rowCount(), 0);
 }
 
@@ -149,9 +149,9 @@ TEST_F(ArchiveWindow, OpensTheChosenUploadWithItsOwnSettings) {
   Fill();
   Open();
   ChooseLogger(1);
+  Uploads()->selectRow(0);
   Press(u"cmdOpen"_s);
   EXPECT_EQ(shown_, u"Pond 3"_s);
-  Uploads()->selectAll();
   ChooseLogger(0);
   Uploads()->selectAll();
   EXPECT_FALSE(Find<QPushButton>(u"cmdOpen"_s)->isEnabled());
@@ -181,12 +181,91 @@ TEST_F(ArchiveWindow, ThePlotsButtonIsThereOnlyWithAPlot) {
   Fill();
   Open().show();
   EXPECT_FALSE(Find<QPushButton>(u"cmdPlot"_s)->isVisible());
-  showPlot_ = [this](const ArchivedUpload& upload, QWidget*) {
-    shown_ = u"plot of "_s + upload.LoggerName;
+  showPlot_ = [this](const SeriesSet& series, QWidget*) {
+    shown_ = u"plot of "_s + series.LoggerName;
   };
   Open().show();
   Press(u"cmdPlot"_s);
   EXPECT_EQ(shown_, u"plot of Well 7"_s);
+}
+
+TEST_F(ArchiveWindow, ALoggerStandsForAllItsUploadsUntilOneIsChosen) {
+  Fill();
+  std::optional<SeriesSet> plotted;
+  showPlot_ = [&](SeriesSet series, QWidget*) { plotted = std::move(series); };
+  Open().show();
+  auto* plot = Find<QPushButton>(u"cmdPlot"_s);
+  auto* open = Find<QPushButton>(u"cmdOpen"_s);
+  EXPECT_EQ(Status(), u"3 uploads; chosen: Well 7, 3/3/2026 12:00:00 PM"_s);
+  EXPECT_EQ(plot->toolTip(),
+            u"Plots the chosen upload. For all uploads of a logger choose the logger."_s);
+  Press(u"cmdPlot"_s);
+  ASSERT_TRUE(plotted);
+  EXPECT_EQ(plotted->Times.size(), 4U);
+
+  ChooseLogger(2);
+  EXPECT_EQ(Status(), u"2 uploads; chosen: the whole series of Well 7"_s);
+  EXPECT_EQ(
+      plot->toolTip(),
+      u"Plots all uploads of Well 7 as one series: each record once, live samples left out"_s);
+  EXPECT_EQ(plot->accessibleDescription(), plot->toolTip());
+  EXPECT_TRUE(plot->isEnabled());
+  EXPECT_FALSE(open->isEnabled());
+  EXPECT_TRUE(open->toolTip().startsWith(u"Choose one upload:"_s));
+  Press(u"cmdPlot"_s);
+  // Two before the clearing, which stand for the same times again behind it, and its mark.
+  ASSERT_EQ(plotted->Times.size(), 4U);
+  EXPECT_EQ(plotted->LoggerName, u"Well 7"_s);
+  EXPECT_EQ(plotted->Marks.size(), 1U);
+
+  Uploads()->selectRow(1);
+  EXPECT_EQ(Status(), u"2 uploads; chosen: Well 7, 3/3/2026 10:00:00 AM"_s);
+  Press(u"cmdPlot"_s);
+  EXPECT_EQ(plotted->Times.size(), 2U);
+  EXPECT_EQ(plotted->Marks.size(), 1U);
+
+  Uploads()->selectAll();
+  EXPECT_EQ(Status(), u"2 uploads; chosen: 2 uploads"_s);
+  EXPECT_EQ(plot->toolTip(), u"Choose one upload, or a logger for all its uploads"_s);
+  EXPECT_FALSE(plot->isEnabled());
+}
+
+TEST_F(ArchiveWindow, PressingTheLoggerAgainLetsGoOfItsUpload) {
+  Fill();
+  showPlot_ = [](const SeriesSet&, QWidget*) {};
+  Open().show();
+  ChooseLogger(2);
+  Uploads()->selectRow(1);
+  auto* tree = Find<QTreeView>(u"treeLoggers"_s);
+  const QPoint place = tree->visualRect(tree->model()->index(2, 0)).center();
+  QTest::mouseClick(tree->viewport(), Qt::LeftButton, {}, place);
+  EXPECT_EQ(Status(), u"2 uploads; chosen: the whole series of Well 7"_s);
+  // All of them are no logger.
+  QTest::mouseClick(tree->viewport(), Qt::LeftButton, {},
+                    tree->visualRect(tree->model()->index(0, 0)).center());
+  EXPECT_EQ(Status(), u"3 uploads; chosen: Well 7, 3/3/2026 12:00:00 PM"_s);
+}
+
+TEST_F(ArchiveWindow, EnterOpensTheRowOfTheLoggerThatTheFocusIsOn) {
+  Fill();
+  Open().show();
+  ChooseLogger(2);
+  QTest::keyClick(Uploads(), Qt::Key_Return);
+  EXPECT_EQ(shown_, u"Well 7 4"_s);
+}
+
+TEST_F(ArchiveWindow, ASeriesWithoutRecordsIsTold) {
+  Fill();
+  store_.Run(u"UPDATE upload SET kind = 'live'"_s);
+  bool plotted = false;
+  showPlot_ = [&](const SeriesSet&, QWidget*) { plotted = true; };
+  Open();
+  ChooseLogger(1);
+  Press(u"cmdPlot"_s);
+  EXPECT_FALSE(plotted);
+  ASSERT_EQ(messages_.All.size(), 1U);
+  EXPECT_EQ(messages_.All[0].Prompt,
+            u"Pond has no records from its history or from image files."_s);
 }
 
 TEST_F(ArchiveWindow, ExportsTheSameBytesAsTheViewer) {
@@ -262,6 +341,7 @@ TEST_F(ArchiveWindow, SplitsTheChosenUploadsOff) {
   Fill();
   Open();
   ChooseLogger(2);
+  Uploads()->selectRow(0);
   text_ = u"Well 7 B"_s;
   Press(u"cmdSplit"_s);
   EXPECT_EQ(
@@ -395,7 +475,7 @@ TEST_F(ArchiveWindow, GarbageInItsPlaceIsTold) {
 TEST_F(ArchiveWindow, HasNoMnemonicTwiceAndANameForEachControl) {
   Fill();
   PutIntoBin(store_, {first_}, Hour(15));
-  showPlot_ = [](const ArchivedUpload&, QWidget*) {};
+  showPlot_ = [](const SeriesSet&, QWidget*) {};
   for (const auto language : {kLanguageEnglish, kLanguageGerman}) {
     SetTextLanguage(language);
     Open().show();

@@ -91,6 +91,17 @@ class Tour {
     Robot::Trigger(main_, u"mnuArchive"_s);
     Robot::WaitForForm(archive);
     Take(u"archive"_s, archive);
+    // The first logger, with nothing of it chosen: its series.
+    Robot::InGui([archive] {
+      auto* loggers = qobject_cast<QAbstractItemView*>(Robot::Control(archive, u"treeLoggers"_s));
+      loggers->setCurrentIndex(loggers->model()->index(1, 0));
+    });
+    Take(u"archive-series"_s, archive);
+    Robot::Click(archive, u"cmdPlot"_s);
+    Robot::WaitForForm(plot_);
+    Take(u"series"_s, plot_);
+    Robot::Click(plot_, u"cmdOK"_s);
+    Robot::WaitForForm(archive);
     Robot::Press(Qt::Key_Escape);
     Robot::WaitForNoForm(archive);
   }

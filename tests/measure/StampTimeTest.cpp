@@ -54,5 +54,11 @@ TEST(StampTime, CutsFractionsTowardsThePastAndStandsWhatIsNoTime) {
   EXPECT_EQ(CalendarOf(1e300), CalendarTime{});
 }
 
+TEST(StampTime, KnowsTheMillisecondsSince1970) {
+  EXPECT_EQ(SecondsOnScale(946684800000), 0);
+  // 2026-03-03T12:00:00.250Z.
+  EXPECT_EQ(SecondsOnScale(1772539200250), 9558.5 * kDay + 0.25);
+}
+
 }  // namespace
 }  // namespace tessmar

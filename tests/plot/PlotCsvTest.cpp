@@ -49,5 +49,22 @@ TEST(PlotCsv, HasOnlyWhatIsInView) {
             "26.12.10 15:47:59, 3\r\n");
 }
 
+TEST(PlotCsv, SaysThatTimesAreCorrected) {
+  SeriesSet set = test::OneChannel({0, 60}, {1, 2});
+  set.Corrected = {86400, kNone};
+  PlotData data(set);
+  data.ShowCorrectedTimes(true);
+  const auto text = [&](bool single) {
+    return PlotCsv(
+        data, {.Range = data.Whole(), .Channels = {0}, .Saved = kSaved, .SingleColumn = single},
+        test::American());
+  };
+  EXPECT_EQ(text(false),
+            "Well 7,12/27/2010,3:05:12 PM\r\n"
+            "Date, Time (UTC), mg/L\r\n"
+            "1/2/00, 00:00:00, 1.00\r\n");
+  EXPECT_TRUE(text(true).contains("Date Time (UTC), mg/L\r\n"));
+}
+
 }  // namespace
 }  // namespace tessmar

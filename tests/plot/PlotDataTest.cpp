@@ -62,6 +62,27 @@ TEST(PlotData, NoLineLeadsOverASeam) {
   EXPECT_EQ(JoinedRecords(PlotData(set)), (Places{1}));
 }
 
+TEST(PlotData, TwoReadingsOfAPlaceAreNotJoinedAndNoStepBack) {
+  // Of 1 and 2 the second upload has other values, at 4 one upload has a record that the other has
+  // not, and between 6 and 7 the clock really went back.
+  SeriesSet set = OneChannel({0, 60, 120, 60, 120, 180, 240, 200}, {1, 2, 3, 8, 9, 4, 5, 6});
+  set.Disputes = {{1, 3}, {3, 5}, {6, 7}};
+  const PlotData data(set);
+  EXPECT_EQ(RunsOf(data), (std::vector<RecordSpan>{{0, 3}, {3, 7}, {7, 8}}));
+  EXPECT_EQ(StepsOf(data), (Places{7}));
+  EXPECT_EQ(JoinedRecords(data), (Places{1, 2, 4, 5, 6}));
+  EXPECT_EQ(Places(data.DisputedPlaces().begin(), data.DisputedPlaces().end()), (Places{1, 6}));
+}
+
+TEST(PlotData, WhatComesBehindTheOtherReadingIsNoStepBackEither) {
+  SeriesSet set = OneChannel({0, 60, 999, 120}, {1, 2, 3, 4});
+  set.Disputes = {{1, 2}, {2, 3}};
+  EXPECT_TRUE(StepsOf(PlotData(set)).empty());
+  // Without another reading it is the clock.
+  set.Disputes = {{2, 3}};
+  EXPECT_EQ(StepsOf(PlotData(set)), (Places{3}));
+}
+
 TEST(PlotData, EqualTimesAreJoined) {
   const PlotData data(OneChannel({0, 0, 0, 1, 1}, {1, 2, 3, 4, 5}, 0));
   EXPECT_EQ(JoinedRecords(data), (Places{1, 2, 3, 4}));

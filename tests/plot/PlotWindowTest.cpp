@@ -307,9 +307,58 @@ TEST_F(PlotWindow, CountsMarksAndStepsBack) {
   set.Times[900] = kBegin;
   set.Marks = {{.Time = kBegin + 60, .Corrected = kNone, .Text = u"synced"_s}};
   Open(set);
-  EXPECT_EQ(Text(u"lblMarks"_s), u"1 event in view; clock set back once"_s);
+  EXPECT_EQ(Text(u"lblMarks"_s),
+            u"1 event in view: 26.12.10 00:01:00 synced; clock set back once"_s);
   Canvas().Go({kBegin + 7200, kBegin + 9600}, ViewChange::Other);
   EXPECT_EQ(Text(u"lblMarks"_s), u""_s);
+}
+
+TEST_F(PlotWindow, NamesAFewMarksAndCountsMany) {
+  SeriesSet set = Day();
+  for (int i = 0; i < 4; ++i)
+    set.Marks.push_back({.Time = kBegin + i * 60, .Corrected = kNone, .Text = u"m%1"_s.arg(i)});
+  Open(set);
+  EXPECT_EQ(Text(u"lblMarks"_s), u"4 events in view"_s);
+  Canvas().Go({kBegin + 90, kBegin + 9600}, ViewChange::Other);
+  EXPECT_EQ(Text(u"lblMarks"_s), u"2 events in view: 26.12.10 00:02:00 m2, 26.12.10 00:03:00 m3"_s);
+}
+
+TEST_F(PlotWindow, SaysWhereUploadsDisagree) {
+  SeriesSet set = Day();
+  set.Disputes = {{10, 12}, {12, 14}, {20, 21}};
+  set.Times[12] = set.Times[10];
+  set.Times[13] = set.Times[11];
+  Open(set);
+  EXPECT_EQ(Text(u"lblMarks"_s), u"uploads disagree at 2 places"_s);
+  SetTextLanguage(kLanguageGerman);
+  Canvas().Go({kBegin + 900, kBegin + 9600}, ViewChange::Other);
+  EXPECT_EQ(Text(u"lblMarks"_s), u"Abrufe widersprechen sich an 1 Stelle"_s);
+}
+
+TEST_F(PlotWindow, ARunningTotalIsNotSummed) {
+  SeriesSet set = Day();
+  Open(set);
+  EXPECT_EQ(Cell(2, 6), u"12.00"_s);
+  set.Channels[2].IsTotal = true;
+  Open(set);
+  EXPECT_EQ(Cell(2, 5), u"0.00"_s);
+  EXPECT_EQ(Cell(2, 6), u"---"_s);
+  EXPECT_NE(Cell(0, 6), u"---"_s);
+  Find<QCheckBox>(u"chkByDay"_s)->click();
+  Settle();
+  EXPECT_EQ(Cell(2, 7), u"---"_s);
+}
+
+TEST_F(PlotWindow, TheCursorLetsGoOfARecordWithoutACorrectedTime) {
+  SeriesSet set = Day();
+  for (const double time : set.Times) set.Corrected.push_back(time + 3600);
+  set.Corrected[0] = kNone;
+  Open(set);
+  Canvas().SetCursor(0);
+  EXPECT_NE(Text(u"lblCursor"_s), u""_s);
+  Find<QCheckBox>(u"chkCorrected"_s)->click();
+  EXPECT_EQ(Text(u"lblCursor"_s), u""_s);
+  EXPECT_FALSE(Canvas().CursorRecord().has_value());
 }
 
 TEST_F(PlotWindow, SaysThatPointsAreJoinedAtAnyDistance) {
@@ -331,8 +380,8 @@ TEST_F(PlotWindow, SwitchesToCorrectedTimesOnlyWhereThereAreSome) {
   box->click();
   Settle();
   EXPECT_TRUE(data_->ShowsCorrectedTimes());
-  EXPECT_EQ(Text(u"lblMarks"_s), u"1 records without a corrected time are not shown"_s);
-  EXPECT_EQ(Canvas().axisRect(1)->axis(QCPAxis::atBottom)->label(), u"Corrected time"_s);
+  EXPECT_EQ(Text(u"lblMarks"_s), u"1 record without a corrected time is not shown"_s);
+  EXPECT_EQ(Canvas().axisRect(1)->axis(QCPAxis::atBottom)->label(), u"Corrected time (UTC)"_s);
   box->click();
   EXPECT_EQ(Canvas().axisRect(1)->axis(QCPAxis::atBottom)->label(), u"Logger time"_s);
 }
