@@ -75,6 +75,8 @@ void ArchiveWriter::Open() {
 
 void ArchiveWriter::Close() {
   filling_.reset();
+  // SQLite removes a side file by its name: it may not come to that when the name is another's.
+  checkpoint_.Wait();
   store_.Close();
 }
 
@@ -116,6 +118,7 @@ void ArchiveWriter::Write() {
     }
     transaction.Commit();
   }
+  checkpoint_.BeginIfWorth(store_.Path());
   queue_.Events.clear();
   for (std::size_t i = 0; i < ids.size(); ++i) {
     KeptUpload& upload = queue_.Uploads[i];
@@ -160,7 +163,10 @@ bool ArchiveWriter::Fill(const std::function<bool()>& goOn) {
   }
   Filling& filling = *filling_;
   for (; filling.Block < upload->Blocks.size(); ++filling.Block) {
-    if (filling.Block > 0 && !goOn()) return true;
+    if (filling.Block > 0 && !goOn()) {
+      Checkpoint::StartWritingOut(store_.Path());
+      return true;
+    }
     const std::span<const std::uint8_t> block = BytesOf(upload->Blocks[filling.Block]);
     for (int k = 0; k < filling.Maker.CountOf(block); ++k) {
       filling.Maker.Make(block, k, filling.Record);
@@ -203,6 +209,7 @@ void ArchiveWriter::EndFilling() {
   filling_->Insert.finish();
   filling_->Changes.Commit();
   filling_.reset();
+  checkpoint_.BeginIfWorth(store_.Path());
   Forget(upload.Row.Id);
 }
 

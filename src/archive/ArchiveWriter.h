@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 
+#include "archive/Checkpoint.h"
 #include "archive/JournalQueue.h"
 #include "archive/RecordMaker.h"
 #include "archive/Store.h"
@@ -63,6 +64,7 @@ class ArchiveWriter {
   Store store_;
   JournalQueue& queue_;
   std::unique_ptr<Filling> filling_;
+  Checkpoint checkpoint_;
 };
 
 }  // namespace tessmar

@@ -179,6 +179,8 @@ void Store::SetUp(Access access) {
   // A power cut costs nothing that was committed.
   Run(u"PRAGMA synchronous = FULL"_s);
   Run(u"PRAGMA journal_size_limit = 8388608"_s);
+  // See Checkpoint.
+  Run(u"PRAGMA wal_autocheckpoint = 0"_s);
   if (version < ArchiveVersion()) Upgrade(*this);
 }
 
