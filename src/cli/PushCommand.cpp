@@ -142,15 +142,14 @@ class Push {
       return;
     }
     QString line =
-        TwoLanguages{u"%1: %2 uploads with %3 records, %4 events; %5 uploads were there already",
-                     u"%1: %2 Abrufe mit %3 Datensätzen, %4 Ereignisse; %5 Abrufe waren schon da"}
+        TwoLanguages{u"%1: uploads %2, records %3, events %4; already there %5",
+                     u"%1: Abrufe %2, Datensätze %3, Ereignisse %4; schon da %5"}
             .Text()
             .arg(where_, QString::number(result_.Uploads), QString::number(result_.Records),
                  QString::number(result_.Events), QString::number(result_.Skipped));
     if (result_.Running > 0)
-      line += TwoLanguages{u"; %1 still running, next time", u"; %1 laufen noch, nächstes Mal"}
-                  .Text()
-                  .arg(result_.Running);
+      line += TwoLanguages{u"; still running %1", u"; noch nicht beendet %1"}.Text().arg(
+          result_.Running);
     environment_.Out.Data(line);
   }
 
