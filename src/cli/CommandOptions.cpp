@@ -36,7 +36,7 @@ class OptionReader {
                                            QString::fromUtf16(option.ValueName)));
     }
     parser_.addOption(QCommandLineOption(QStringList{u"h"_s, u"help"_s}));
-    if (!parser_.parse(arguments)) throw WrongUsage(parser_.errorText());
+    if (!parser_.parse(arguments)) throw WrongUsage(Refusal(row));
   }
 
   bool WantsHelp() const { return parser_.isSet(u"help"_s); }
@@ -46,10 +46,8 @@ class OptionReader {
   QString Text(CommandOption option) const {
     if (!Has(option)) return {};
     QString text = parser_.value(NameOf(option));
-    if (text.isEmpty())
-      throw WrongUsage(
-          TwoLanguages{u"--%1: a value is wanted", u"--%1: ein Wert wird gebraucht"}.Text().arg(
-              NameOf(option)));
+    // An option that lost its value takes the next one for it.
+    if (text.isEmpty() || text.startsWith("--"_L1)) throw WrongUsage(ValueWanted(NameOf(option)));
     return text;
   }
   std::optional<int> Number(CommandOption option, int least, int most) const {
@@ -89,6 +87,30 @@ class OptionReader {
   }
 
  private:
+  static QString ValueWanted(const QString& name) {
+    return TwoLanguages{u"--%1: a value is wanted", u"--%1: ein Wert wird gebraucht"}.Text().arg(
+        name);
+  }
+  /// Why the parser takes no such arguments, which it says in English only.
+  QString Refusal(const CommandRow& row) const {
+    const QStringList unknown = parser_.unknownOptionNames();
+    if (!unknown.isEmpty()) {
+      const QString& name = unknown.first();
+      return TwoLanguages{
+          u"%1 is no option of \"tessmar %2\"; \"tessmar %2 --help\" lists them",
+          u"%1 ist keine Option von \"tessmar %2\"; \"tessmar %2 --help\" zeigt sie"}
+          .Text()
+          .arg((name.size() == 1 ? u"-"_s : u"--"_s) + name, QString::fromUtf16(row.Words));
+    }
+    // What is left is a value too few or one too many; the option stands between quotes.
+    QString name = parser_.errorText().section(u'\'', 1, 1);
+    while (name.startsWith(u'-')) name.remove(0, 1);
+    const auto option = std::ranges::find_if(
+        OptionRows(), [&](const OptionRow& o) { return name == QString::fromUtf16(o.Name); });
+    if (option != OptionRows().end() && *option->ValueName != u'\0') return ValueWanted(name);
+    return TwoLanguages{u"--%1 takes no value", u"--%1 nimmt keinen Wert"}.Text().arg(name);
+  }
+
   QCommandLineParser parser_;
 };
 
@@ -103,7 +125,7 @@ const CommandRow& FindCommand(const QStringList& arguments) {
   const QString two = one + u' ' + arguments.value(2);
   for (const CommandRow& row : CommandRows()) {
     const QString words = QString::fromUtf16(row.Words);
-    if (words == one || words == two) return row;
+    if (words == (words.contains(u' ') ? two : one) && !one.contains(u' ')) return row;
   }
   const bool isGroup = std::ranges::any_of(CommandRows(), [&](const CommandRow& row) {
     return QString::fromUtf16(row.Words).startsWith(one + u' ');
