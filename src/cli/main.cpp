@@ -81,10 +81,13 @@ int Run(const QStringList& arguments) {
   stop.IsUncut = [&environment] { return environment.IsUncut && environment.IsUncut(); };
   QTimer ticks;
   ticks.setTimerType(Qt::PreciseTimer);
-  QObject::connect(&ticks, &QTimer::timeout, [&environment, &stop] {
+  // Queued, because a tick may wait, and waits live on ticks: Qt does not let a timer go off again
+  // while what it called is still at work.
+  const auto tick = [&environment, &stop] {
     stop.Tick();
     if (environment.OnTick) environment.OnTick();
-  });
+  };
+  QObject::connect(&ticks, &QTimer::timeout, &ticks, tick, Qt::QueuedConnection);
   ticks.start(kTickMs);
   return RunCommand(environment, arguments);
 }
