@@ -68,7 +68,7 @@ class Fleet:
         self.desk = desk
         self.months = months
         self.each = records // months
-        self.model = desk.file("model.sqlite")
+        self.model = desk.file(f"model{records}.sqlite")
         desk.logger("--records", str(records))
         status, _, words = desk.run("upload", "COM9", "--archive", self.model, "--quiet")
         assert status == 0, words

@@ -1,4 +1,4 @@
-#!/usr/bin/env python3
+#!/usr/bin/python3
 """oxygen.py ADDRESS LOGGER...: last year's oxygen of some loggers from the office's server, as CSV.
 
     python3 oxygen.py postgresql://bea@db.example.org/loggers "Mill Pond 3" "Weir" "Inlet" > oxygen.csv

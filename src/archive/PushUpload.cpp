@@ -161,7 +161,12 @@ bool PushUpload(const Store& store, const Server& server, qint64 uploadId,
                                 : QVariant(QString::fromLatin1(upload.Settings.toHex())),
        upload.Analog, upload.Pulse, OrNull(upload.ClockOffsetS), OrNull(upload.Source),
        OrNull(upload.Program), loggerUuid});
-  if (!made.next()) return false;
+  if (!made.next()) {
+    // There already, or not brought: never the one for the other.
+    if (server.Run(u"SELECT FROM tessmar.upload WHERE uuid = ?::uuid"_s, {upload.Uuid}).size() == 1)
+      return false;
+    throw ServerFault(ServerTrouble::Refused, u"the logger of an upload is not there"_s);
+  }
   Rows(server, sent, made.value(0).toLongLong(), false).Send(store, uploadId);
   transaction.Commit();
   return true;

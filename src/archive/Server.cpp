@@ -26,11 +26,13 @@ QString WordsOf(const QSqlError& error) {
 
 ServerTrouble ServerTroubleOf(const QString& sqlState) {
   const QString group = sqlState.left(2);
-  // 57P01 to 57P03: an administrator or a crash has ended it, or it is just starting.
-  if (sqlState.isEmpty() || group == "08"_L1 || sqlState.startsWith(u"57P0"))
+  // 57P01 to 57P03: an administrator or a crash has ended it, or it is just starting; 25P03: this
+  // computer slept for too long in the middle.
+  if (sqlState.isEmpty() || group == "08"_L1 || sqlState.startsWith(u"57P0") ||
+      sqlState == "25P03"_L1)
     return ServerTrouble::Lost;
   if (group == "40"_L1 || sqlState == "55P03"_L1) return ServerTrouble::Again;
-  // 54: a limit of the program; 53: room on the disk, memory, connections; 58: the system's own.
+  // Room on the disk, memory, connections; 58: the system's own.
   if (group == "53"_L1) return ServerTrouble::Full;
   if (sqlState == "42501"_L1 || sqlState == "25006"_L1) return ServerTrouble::NoRights;
   return ServerTrouble::Refused;
@@ -72,6 +74,10 @@ void Server::Open() {
   // A computer that vanishes in the middle holds up the others for a minute, not for hours.
   Run(u"SET idle_in_transaction_session_timeout = '60s'"_s);
   Run(u"SET lock_timeout = '10s'"_s);
+  // Whatever is usual there: a long piece is no fault, and what others bring meanwhile is no
+  // conflict.
+  Run(u"SET statement_timeout = 0"_s);
+  Run(u"SET default_transaction_isolation = 'read committed'"_s);
 }
 
 void Server::Close() {
@@ -116,7 +122,7 @@ ServerTransaction::~ServerTransaction() {
   if (!open_ || !server_.IsOpen()) return;
   try {
     server_.Run(u"ROLLBACK"_s);
-  } catch (const ServerFault&) {
+  } catch (const Fault&) {
     // The server rolls back by itself where the connection is gone.
     return;
   }

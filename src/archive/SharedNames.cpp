@@ -194,7 +194,10 @@ int PushEvents(const Server& server, const std::vector<LoggerRow>& loggers,
   if (missing.empty()) return 0;
   EventColumns rows;
   for (const EventRow& event : missing) rows.Add(event, uuids.value(event.LoggerId));
-  return Send(server, rows);
+  const int made = Send(server, rows);
+  if (!Missing(server, missing).empty())
+    throw ServerFault(ServerTrouble::Refused, u"the logger of an entry is not there"_s);
+  return made;
 }
 
 void SettleLoggers(const Server& server) {

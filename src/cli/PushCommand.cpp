@@ -1,6 +1,9 @@
 // archive push.
 
 #include <QElapsedTimer>
+#include <algorithm>
+#include <array>
+#include <utility>
 
 #include "ProgramVersion.h"
 #include "archive/ServerSchema.h"
@@ -16,60 +19,63 @@ using namespace Qt::StringLiterals;
 
 constexpr qint64 kProgressMs = 200;
 
-TwoLanguages WordsOf(ServerTrouble trouble) {
-  switch (trouble) {
-    case ServerTrouble::BadAddress:
-      return {u"this is no address; it looks like postgresql://USER@HOST/DATABASE",
-              u"das ist keine Adresse; sie sieht so aus: postgresql://BENUTZER@RECHNER/DATENBANK"};
-    case ServerTrouble::HasPassword:
-      return {
-          u"the address has a password in it, which every user of this computer can read; put it "
-          u"into ~/.pgpass, and leave it out",
-          u"die Adresse enthält ein Passwort, das jeder Benutzer dieses Rechners lesen kann; es "
-          u"gehört nach ~/.pgpass und nicht hierher"};
-    case ServerTrouble::NoDriver:
-      return {u"install the package libqt6sql6-psql", u"das Paket libqt6sql6-psql fehlt"};
-    case ServerTrouble::Unreachable:
-      return {u"there is no connection", u"es kommt keine Verbindung zustande"};
-    case ServerTrouble::Lost:
-      return {u"the connection is gone; the same again brings the rest",
-              u"die Verbindung ist weg; dasselbe noch einmal bringt den Rest"};
-    case ServerTrouble::TooOld:
-      return {u"the server is too old; PostgreSQL 12 or later is wanted",
-              u"der Server ist zu alt; nötig ist PostgreSQL 12 oder neuer"};
-    case ServerTrouble::Newer:
-      return {u"a later version of this program made its tables; use that one",
-              u"eine spätere Fassung dieses Programms legte die Tabellen an; mit der geht es"};
-    case ServerTrouble::OldTables:
-      return {u"its tables are of an older version; let their owner push once with this one",
-              u"die Tabellen sind von einer älteren Fassung; ihr Eigentümer muss einmal mit dieser "
-              u"hinbringen"};
-    case ServerTrouble::NoTables:
-      return {
-          u"it has no tables yet; let the database's owner push once, who may make them",
-          u"es gibt noch keine Tabellen; der Eigentümer der Datenbank muss einmal hinbringen, er "
-          u"darf sie anlegen"};
-    case ServerTrouble::Foreign:
-      return {u"its schema tessmar has other tables in it; use another database",
-              u"im Schema tessmar liegen fremde Tabellen; eine andere Datenbank nehmen"};
-    case ServerTrouble::NoRights:
-      return {u"this user lacks a right there", u"diesem Benutzer fehlt dort ein Recht"};
-    case ServerTrouble::Full:
-      return {u"the server has no room; make some, the same again brings the rest",
-              u"der Server hat keinen Platz; wenn wieder Platz ist, bringt dasselbe den Rest"};
-    case ServerTrouble::Again:
-      return {u"others were in the way again and again; try once more",
-              u"andere waren immer wieder im Weg; noch einmal versuchen"};
-    case ServerTrouble::Refused:
-      break;
-  }
-  return {u"the server refuses", u"der Server lehnt ab"};
+struct Words {
+  ServerTrouble Trouble;
+  TwoLanguages Text;
+};
+
+constexpr std::array kWords{
+    Words{ServerTrouble::BadAddress,
+          {u"this is no address; it looks like postgresql://USER@HOST/DATABASE",
+           u"das ist keine Adresse; sie sieht so aus: postgresql://BENUTZER@RECHNER/DATENBANK"}},
+    Words{ServerTrouble::HasPassword,
+          {u"the address has a password in it, which every user of this computer can read; put it "
+           u"into ~/.pgpass, and leave it out",
+           u"die Adresse enthält ein Passwort, das jeder Benutzer dieses Rechners lesen kann; es "
+           u"gehört nach ~/.pgpass und nicht hierher"}},
+    Words{ServerTrouble::NoDriver,
+          {u"install the package libqt6sql6-psql", u"das Paket libqt6sql6-psql fehlt"}},
+    Words{ServerTrouble::Unreachable,
+          {u"there is no connection", u"es kommt keine Verbindung zustande"}},
+    Words{ServerTrouble::Lost,
+          {u"the connection is gone; the same again brings the rest",
+           u"die Verbindung ist weg; dasselbe noch einmal bringt den Rest"}},
+    Words{ServerTrouble::TooOld,
+          {u"the server is too old; PostgreSQL 12 or later is wanted",
+           u"der Server ist zu alt; nötig ist PostgreSQL 12 oder neuer"}},
+    Words{ServerTrouble::Newer,
+          {u"a later version of this program made its tables; use that one",
+           u"eine spätere Fassung dieses Programms legte die Tabellen an; mit der geht es"}},
+    Words{ServerTrouble::OldTables,
+          {u"its tables are of an older version; let their owner push once with this one",
+           u"die Tabellen sind von einer älteren Fassung; ihr Eigentümer muss einmal mit dieser "
+           u"hinbringen"}},
+    Words{ServerTrouble::NoTables,
+          {u"it has no tables yet; let the database's owner push once, who may make them",
+           u"es gibt noch keine Tabellen; der Eigentümer der Datenbank muss einmal hinbringen, er "
+           u"darf sie anlegen"}},
+    Words{ServerTrouble::Foreign,
+          {u"its schema tessmar has other tables in it; use another database",
+           u"im Schema tessmar liegen fremde Tabellen; eine andere Datenbank nehmen"}},
+    Words{ServerTrouble::NoRights,
+          {u"this user lacks a right there", u"diesem Benutzer fehlt dort ein Recht"}},
+    Words{ServerTrouble::Full,
+          {u"the server has no room; make some, the same again brings the rest",
+           u"der Server hat keinen Platz; wenn wieder Platz ist, bringt dasselbe den Rest"}},
+    Words{ServerTrouble::Again,
+          {u"others were in the way again and again; try once more",
+           u"andere waren immer wieder im Weg; noch einmal versuchen"}},
+    Words{ServerTrouble::Refused, {u"the server refuses", u"der Server lehnt ab"}},
+};
+
+QString WordsOf(ServerTrouble trouble) {
+  return std::ranges::find(kWords, trouble, &Words::Trouble)->Text.Text();
 }
 
 /// @param where  empty for an address that is none, which may have a password in it.
 QString Complaint(const QString& where, const ServerFault& fault) {
   QString text = where.isEmpty() ? QString() : where + u": "_s;
-  text += WordsOf(fault.Trouble()).Text();
+  text += WordsOf(fault.Trouble());
   // Where the server's own words say more.
   const bool hasMore = fault.Trouble() != ServerTrouble::NoDriver &&
                        fault.Trouble() != ServerTrouble::HasPassword &&

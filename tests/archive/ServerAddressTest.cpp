@@ -86,6 +86,8 @@ TEST(ServerAddress, GivesUpAServerThatDoesNotAnswer) {
 TEST(ServerTroubles, FollowFromTheState) {
   EXPECT_EQ(ServerTroubleOf({}), ServerTrouble::Lost);
   EXPECT_EQ(ServerTroubleOf(u"57P01"_s), ServerTrouble::Lost);
+  EXPECT_EQ(ServerTroubleOf(u"25P03"_s), ServerTrouble::Lost);
+  EXPECT_EQ(ServerTroubleOf(u"25006"_s), ServerTrouble::NoRights);
   EXPECT_EQ(ServerTroubleOf(u"08006"_s), ServerTrouble::Lost);
   EXPECT_EQ(ServerTroubleOf(u"40P01"_s), ServerTrouble::Again);
   EXPECT_EQ(ServerTroubleOf(u"40001"_s), ServerTrouble::Again);

@@ -1,6 +1,7 @@
 #include "archive/SharingRig.h"
 
 #include <QSqlRecord>
+#include <array>
 
 namespace tessmar::test {
 
@@ -31,47 +32,50 @@ struct Pair {
 };
 
 // What each table says, by uuids in place of numbers. Times as the archive writes them.
-constexpr Pair kTables[] = {
-    {"logger",
-     "SELECT uuid, name, model, firmware, first_seen, last_seen FROM logger ORDER BY uuid",
-     "SELECT uuid, name, model, firmware, to_char(first_seen AT TIME ZONE 'UTC',"
-     " 'YYYY-MM-DD\"T\"HH24:MI:SS\"Z\"'), to_char(last_seen AT TIME ZONE 'UTC',"
-     " 'YYYY-MM-DD\"T\"HH24:MI:SS\"Z\"') FROM tessmar.logger ORDER BY uuid::text"},
-    {"upload",
-     "SELECT u.uuid, l.uuid, kind, started, ended, owner, state, promised, records,"
-     " lower(hex(settings)), analog, pulse, clock_offset_s, source, program"
-     " FROM upload u JOIN logger l ON l.id = logger_id WHERE state <> 'running' ORDER BY u.uuid",
-     "SELECT u.uuid, l.uuid, kind, to_char(started AT TIME ZONE 'UTC',"
-     " 'YYYY-MM-DD\"T\"HH24:MI:SS\"Z\"'), to_char(ended AT TIME ZONE 'UTC',"
-     " 'YYYY-MM-DD\"T\"HH24:MI:SS\"Z\"'), owner, state, promised, records,"
-     " encode(settings, 'hex'), analog, pulse, clock_offset_s, source, program"
-     " FROM tessmar.upload u JOIN tessmar.logger l ON l.id = logger_id ORDER BY u.uuid::text"},
-    {"block",
-     "SELECT u.uuid, number, lower(hex(bytes)) FROM block JOIN upload u ON u.id = upload_id"
-     " WHERE state <> 'running' ORDER BY u.uuid, number",
-     "SELECT u.uuid, number, encode(bytes, 'hex') FROM tessmar.block"
-     " JOIN tessmar.upload u ON u.id = upload_id ORDER BY u.uuid::text, number"},
-    {"record",
-     "SELECT u.uuid, number, stamp, logger_time, lower(hex(raw)), a1, a2, a3, a4, a5, a6, a7, a8,"
-     " p1, p2 FROM record JOIN upload u ON u.id = upload_id ORDER BY u.uuid, number",
-     "SELECT u.uuid, number, stamp, to_char(logger_time, 'YYYY-MM-DD\"T\"HH24:MI:SS'),"
-     " encode(raw, 'hex'), a1, a2, a3, a4, a5, a6, a7, a8, p1, p2 FROM tessmar.record"
-     " JOIN tessmar.upload u ON u.id = upload_id ORDER BY u.uuid::text, number"},
-    {"channel",
-     "SELECT u.uuid, place, name, unit, decimals, method FROM channel"
-     " JOIN upload u ON u.id = upload_id ORDER BY u.uuid, place",
-     "SELECT u.uuid, place, name, unit, decimals, method FROM tessmar.channel"
-     " JOIN tessmar.upload u ON u.id = upload_id ORDER BY u.uuid::text, place"},
-    {"event",
-     "SELECT e.uuid, l.uuid, at, kind, text,"
-     " CASE typeof(before) WHEN 'text' THEN before END, CASE typeof(after) WHEN 'text' THEN after "
-     "END,"
-     " CASE typeof(before) WHEN 'blob' THEN lower(hex(before)) END,"
-     " CASE typeof(after) WHEN 'blob' THEN lower(hex(after)) END"
-     " FROM event e JOIN logger l ON l.id = logger_id ORDER BY e.uuid",
-     "SELECT e.uuid, l.uuid, to_char(at AT TIME ZONE 'UTC', 'YYYY-MM-DD\"T\"HH24:MI:SS\"Z\"'),"
-     " kind, text, before, after, encode(before_image, 'hex'), encode(after_image, 'hex')"
-     " FROM tessmar.event e JOIN tessmar.logger l ON l.id = logger_id ORDER BY e.uuid::text"},
+constexpr std::array kTables{
+    Pair{"logger",
+         "SELECT uuid, name, model, firmware, first_seen, last_seen FROM logger ORDER BY uuid",
+         "SELECT uuid, name, model, firmware, to_char(first_seen AT TIME ZONE 'UTC',"
+         " 'YYYY-MM-DD\"T\"HH24:MI:SS\"Z\"'), to_char(last_seen AT TIME ZONE 'UTC',"
+         " 'YYYY-MM-DD\"T\"HH24:MI:SS\"Z\"') FROM tessmar.logger ORDER BY uuid::text"},
+    Pair{
+        "upload",
+        "SELECT u.uuid, l.uuid, kind, started, ended, owner, state, promised, records,"
+        " lower(hex(settings)), analog, pulse, clock_offset_s, source, program"
+        " FROM upload u JOIN logger l ON l.id = logger_id WHERE state <> 'running' ORDER BY u.uuid",
+        "SELECT u.uuid, l.uuid, kind, to_char(started AT TIME ZONE 'UTC',"
+        " 'YYYY-MM-DD\"T\"HH24:MI:SS\"Z\"'), to_char(ended AT TIME ZONE 'UTC',"
+        " 'YYYY-MM-DD\"T\"HH24:MI:SS\"Z\"'), owner, state, promised, records,"
+        " encode(settings, 'hex'), analog, pulse, clock_offset_s, source, program"
+        " FROM tessmar.upload u JOIN tessmar.logger l ON l.id = logger_id ORDER BY u.uuid::text"},
+    Pair{"block",
+         "SELECT u.uuid, number, lower(hex(bytes)) FROM block JOIN upload u ON u.id = upload_id"
+         " WHERE state <> 'running' ORDER BY u.uuid, number",
+         "SELECT u.uuid, number, encode(bytes, 'hex') FROM tessmar.block"
+         " JOIN tessmar.upload u ON u.id = upload_id ORDER BY u.uuid::text, number"},
+    Pair{"record",
+         "SELECT u.uuid, number, stamp, logger_time, lower(hex(raw)), a1, a2, a3, a4, a5, a6, a7, "
+         "a8,"
+         " p1, p2 FROM record JOIN upload u ON u.id = upload_id ORDER BY u.uuid, number",
+         "SELECT u.uuid, number, stamp, to_char(logger_time, 'YYYY-MM-DD\"T\"HH24:MI:SS'),"
+         " encode(raw, 'hex'), a1, a2, a3, a4, a5, a6, a7, a8, p1, p2 FROM tessmar.record"
+         " JOIN tessmar.upload u ON u.id = upload_id ORDER BY u.uuid::text, number"},
+    Pair{"channel",
+         "SELECT u.uuid, place, name, unit, decimals, method FROM channel"
+         " JOIN upload u ON u.id = upload_id ORDER BY u.uuid, place",
+         "SELECT u.uuid, place, name, unit, decimals, method FROM tessmar.channel"
+         " JOIN tessmar.upload u ON u.id = upload_id ORDER BY u.uuid::text, place"},
+    Pair{"event",
+         "SELECT e.uuid, l.uuid, at, kind, text,"
+         " CASE typeof(before) WHEN 'text' THEN before END, CASE typeof(after) WHEN 'text' THEN "
+         "after "
+         "END,"
+         " CASE typeof(before) WHEN 'blob' THEN lower(hex(before)) END,"
+         " CASE typeof(after) WHEN 'blob' THEN lower(hex(after)) END"
+         " FROM event e JOIN logger l ON l.id = logger_id ORDER BY e.uuid",
+         "SELECT e.uuid, l.uuid, to_char(at AT TIME ZONE 'UTC', 'YYYY-MM-DD\"T\"HH24:MI:SS\"Z\"'),"
+         " kind, text, before, after, encode(before_image, 'hex'), encode(after_image, 'hex')"
+         " FROM tessmar.event e JOIN tessmar.logger l ON l.id = logger_id ORDER BY e.uuid::text"},
 };
 
 }  // namespace
@@ -111,7 +115,8 @@ qint64 SharingRig::FillLaptop(int laptop, const QString& name, int records) {
     Store::Execute(insert);
   }
   for (int i = 1; i <= 30; ++i)
-    store.Run(u"INSERT INTO block VALUES (?, ?, ?)"_s, {upload, i, QByteArray(241, char(i * 8))});
+    store.Run(u"INSERT INTO block VALUES (?, ?, ?)"_s,
+              {upload, i, QByteArray(241, static_cast<char>(i * 8))});
   store.Run(u"INSERT INTO channel VALUES (?, 'a1', 'Sauerstoff', '', 2, NULL)"_s, {upload});
   store.Run(
       u"INSERT INTO channel VALUES (?, 'a3', 'it''s {\"', 'µS/cm', 0, 'from a1'), "

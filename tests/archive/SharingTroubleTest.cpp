@@ -90,6 +90,21 @@ TEST_F(SharingTrouble, WhatIsAlwaysInTheWayEndsThePush) {
   EXPECT_EQ(Fail(1).Trouble, ServerTrouble::Again);
 }
 
+TEST_F(SharingTrouble, AnUploadWithoutItsLoggerIsNotTakenForBrought) {
+  FillLaptop(1, u"Pond 7"_s, 20);
+  Push(2);
+  Admin->Run(
+      u"CREATE FUNCTION public.lose() RETURNS trigger LANGUAGE plpgsql AS $$ BEGIN"
+      " DELETE FROM tessmar.logger; RETURN NULL; END $$"_s);
+  Admin->Run(
+      u"CREATE TRIGGER lose AFTER INSERT ON tessmar.logger FOR EACH STATEMENT"
+      " EXECUTE FUNCTION public.lose()"_s);
+  const Failed failed = Fail(1);
+  Admin->Run(u"DROP FUNCTION public.lose CASCADE"_s);
+  EXPECT_EQ(failed.Trouble, ServerTrouble::Refused);
+  EXPECT_EQ(failed.Result.Skipped, 0);
+}
+
 // Several laptops with overlapping loggers, and twice the same archive, all at once.
 TEST_F(SharingTrouble, ManyLaptopsAtOnceBringEverythingOnce) {
   constexpr int kLaptops = 4;
@@ -106,6 +121,8 @@ TEST_F(SharingTrouble, ManyLaptopsAtOnceBringEverythingOnce) {
     transaction.Commit();
     MergeLoggers(Laptop(laptop), 1 + laptop % 2, 3, Hour(10 + laptop));
   }
+  // Also where the administrator has a taste for strictness.
+  Admin->Run(u"ALTER ROLE postgres SET default_transaction_isolation = 'serializable'"_s);
   std::vector<std::thread> threads;
   std::vector<QString> faults(2 * kLaptops);
   for (std::size_t i = 0; i < faults.size(); ++i) {
@@ -126,6 +143,7 @@ TEST_F(SharingTrouble, ManyLaptopsAtOnceBringEverythingOnce) {
     });
   }
   for (std::thread& thread : threads) thread.join();
+  Admin->Run(u"ALTER ROLE postgres RESET default_transaction_isolation"_s);
   for (const QString& fault : faults) EXPECT_EQ(fault, QString());
   EXPECT_EQ(There(u"SELECT count(*), count(DISTINCT upload_id) FROM tessmar.record"_s),
             QStringList{u"24000|48"_s});
