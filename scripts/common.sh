@@ -15,7 +15,7 @@ display_packages=(xvfb openbox wmctrl)
 check_packages=(
   libgtest-dev libgmock-dev libbenchmark-dev
   clang-format clang-tidy netcdf-bin sqlite3
-  libqt6sql6-psql postgresql-15 python3-psycopg2
+  libqt6sql6-psql postgresql-15 python3-psycopg2 python3-gsw
   dpkg-dev file lintian appstream desktop-file-utils mandoc
   xdotool
 )

@@ -45,7 +45,7 @@ TEST_F(DerivedMethod, OfSalinity) {
       MethodText(settings_, 5),
       u"practical salinity scale 1978 with its coefficients at 25 °C, extended to low "
       "salinities after Hill, Dauphinee and Woods (1986); from conductivity at 25 °C channel 4 "
-      "in uS/cm; largest deviation from the full scale 0.0004 for water at 25 °C up to a "
+      "in uS/cm; largest deviation from the full scale 0.0006 for water at 25 °C up to a "
       "salinity of 42"_s);
 }
 
@@ -66,7 +66,8 @@ TEST_F(DerivedMethod, OfConcentration) {
             "channel 2 in °C, conductivity at 25 °C channel 4 in uS/cm; largest deviation from "
             "Benson and Krause (1984) 0.02 mg/L or 0.2 % in fresh water from 0 to 30 °C, 0.07 mg/L "
             "or 0.7 % at salinities to 40 from 0 to 30 °C, 0.08 mg/L or 1.4 % at salinities to 40 "
-            "from 0 to 40 °C"_s);
+            "from 0 to 40 °C; from Weiss (1970) 0.04 mg/L or 0.5 % in fresh water, 0.07 mg/L or "
+            "1.3 % at salinities to 40 from 0 to 40 °C"_s);
 }
 
 TEST_F(DerivedMethod, NamesWhatWasTypedIn) {
