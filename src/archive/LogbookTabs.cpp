@@ -11,6 +11,9 @@ using namespace Qt::StringLiterals;
 LogbookTabs::LogbookTabs(QWidget* parent) : QTabWidget(parent) {
   setObjectName(u"tabLogbook"_s);
   setDocumentMode(true);
+  // Its bar has the focus; as a second stop for Tab it would lead round in a circle.
+  setFocusProxy(nullptr);
+  setFocusPolicy(Qt::NoFocus);
   tabBar()->installEventFilter(this);
 }
 

@@ -11,7 +11,9 @@ namespace tessmar {
 /// be, and, when it traces, what goes over the line, in hexadecimal.
 ///
 /// What is said to a modem, and what it says, is only counted: it holds phone numbers and may hold
-/// passwords. A frame or the first letter of the handshake ends the talk with the modem.
+/// passwords. A frame or the first letter of the handshake ends the talk with the modem. Behind a
+/// modem what comes then may still be the modem's, which tells who calls: of four and more digits
+/// in a row, signs between them or not, "**" is written.
 class LoggedPort final : public SerialPort {
  public:
   LoggedPort(SerialPort& port, const SupportLog& log, bool trace);
@@ -33,12 +35,13 @@ class LoggedPort final : public SerialPort {
  private:
   void Received(std::span<const std::uint8_t> bytes);
   void WriteReceived();
-  void Trace(const char* arrow, std::span<const std::uint8_t> bytes) const;
+  void Trace(const char* arrow, std::span<const std::uint8_t> bytes, bool hideNumbers) const;
 
   SerialPort& port_;
   const SupportLog& log_;
   bool trace_;
   bool talksToModem_ = true;  ///< Until the first byte for a logger.
+  bool hasModem_ = false;     ///< Something was said to one since the port was opened.
   std::vector<std::uint8_t> received_;
 };
 

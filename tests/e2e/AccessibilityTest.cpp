@@ -6,11 +6,13 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QHeaderView>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRadioButton>
 #include <QSet>
 #include <QTabBar>
+#include <QTabWidget>
 #include <QTest>
 
 #include "base/MainScreen.h"
@@ -106,18 +108,64 @@ void ExpectMetersSpeak() {
   });
 }
 
+/// In the user interface's thread.
+QString ShownFact(const QString& label) {
+  return qobject_cast<QLabel*>(Robot::Control(u"frmMain"_s, label))->text();
+}
+
+QStringList FactsSpoken() {
+  return Robot::InGui([] {
+    QStringList spoken;
+    for (const auto& name : {u"lblArchived"_s, u"lblClockDrift"_s, u"lblMemoryFull"_s}) {
+      auto* label = qobject_cast<QWidget*>(Robot::Control(u"frmMain"_s, name));
+      EXPECT_EQ(QAccessible::queryAccessibleInterface(label)->role(), QAccessible::StaticText);
+      EXPECT_EQ(label->focusPolicy(), Qt::NoFocus);
+      EXPECT_TRUE(label->isVisible());
+      spoken.append(NameOf(*label));
+    }
+    return spoken;
+  });
+}
+
+// What stands at the foot of the main window is heard in the same words.
+void ExpectFactsSpeak(bool german) {
+  Robot::WaitFor(u"the facts"_s, [] { return !ShownFact(u"lblArchived"_s).isEmpty(); });
+  const QStringList facts = FactsSpoken();
+  EXPECT_EQ(facts[0], german ? u"30 von 30 Datensätzen sind noch nicht im Archiv"_s
+                             : u"30 of 30 records are not in the archive yet"_s);
+  EXPECT_EQ(facts[1], MainText(u"lblClockDrift"_s));
+  EXPECT_EQ(facts[2], MainText(u"lblMemoryFull"_s));
+  EXPECT_TRUE(facts[2].startsWith(german ? u"älteste Datensätze werden ab "_s
+                                         : u"oldest records are overwritten from "_s));
+}
+
 void LeaveByEscape(const QString& form) {
   Robot::InGui([&] { QTest::keyClick(Robot::Form(form), Qt::Key_Escape); });
   Robot::WaitForNoForm(form);
 }
 
-void WalkThroughConnecting(Desk& desk) {
+void WalkThroughConnecting(Desk& desk, bool german) {
   ExpectAccessible(u"frmConnect"_s);
+  EXPECT_EQ(FactsSpoken(), (QStringList{{}, {}, {}}));
   desk.Dial();
   ExpectAccessible(u"frmModem"_s);
   desk.WaitForReading();
   ExpectAccessible(u"frmMain"_s);
   ExpectMetersSpeak();
+  ExpectFactsSpeak(german);
+}
+
+void WalkThroughArchive() {
+  Robot::Trigger(u"frmMain"_s, u"mnuArchive"_s);
+  for (const int page : {0, 1}) {
+    Robot::InGui([page] {
+      qobject_cast<QTabWidget*>(Robot::Control(u"frmArchive"_s, u"tabLogbook"_s))
+          ->setCurrentIndex(page);
+    });
+    ExpectAccessible(u"frmArchive"_s);
+  }
+  Robot::Click(u"frmArchive"_s, u"cmdClose"_s);
+  Robot::WaitForNoForm(u"frmArchive"_s);
 }
 
 void WalkThroughHistory() {
@@ -182,8 +230,9 @@ TEST_P(EveryScreen, IsWorkedByKeyboardAndSaysWhatItsControlsAre) {
             {u"-i"_s, german ? u"-l7"_s : u"-l9"_s},
             SystemLocale(QLocale(german ? u"de_DE"_s : u"en_US"_s)));
   const QString trouble = desk.Work([&] {
-    WalkThroughConnecting(desk);
+    WalkThroughConnecting(desk, german);
     WalkThroughHistory();
+    WalkThroughArchive();
     WalkThroughSetup(desk);
     Robot::Trigger(u"frmMain"_s, u"mnuAbout"_s);
     ExpectAccessible(u"frmAbout"_s);
@@ -193,6 +242,9 @@ TEST_P(EveryScreen, IsWorkedByKeyboardAndSaysWhatItsControlsAre) {
     ExpectAccessible(u"frmImportSetup"_s);
     Robot::Click(u"frmImportSetup"_s, u"cmdCancel"_s);
     Robot::WaitForNoForm(u"frmImportSetup"_s);
+    desk.Disconnect();
+    Robot::WaitFor(u"the facts to go"_s, [] { return ShownFact(u"lblArchived"_s).isEmpty(); });
+    EXPECT_EQ(FactsSpoken(), (QStringList{{}, {}, {}}));
   });
   EXPECT_EQ(trouble, QString());
 }

@@ -43,6 +43,7 @@ class TheProcess : public testing::Test {
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(u"XDG_CONFIG_HOME"_s, folder_.path());
     environment.insert(u"XDG_DATA_HOME"_s, folder_.path());
+    environment.insert(u"XDG_STATE_HOME"_s, folder_.path());
     environment.insert(u"TESSMAR_PORTS"_s, u"COM9=%1,Simulated logger"_s.arg(LinkPath()));
     environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
     process_.setProcessEnvironment(environment);
@@ -94,10 +95,12 @@ class TheProcess : public testing::Test {
 
   QString LinkPath() const { return folder_.filePath(u"logger"_s); }
   QString StorePath() const { return folder_.filePath(u"Tessmar/Tessmar Logger.ini"_s); }
-  QByteArray Stored() const {
-    QFile store(StorePath());
-    return store.open(QIODevice::ReadOnly) ? store.readAll() : QByteArray();
+  QString LogPath() const { return folder_.filePath(u"Tessmar/tessmar.log"_s); }
+  static QByteArray Content(const QString& path) {
+    QFile file(path);
+    return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
   }
+  QByteArray Stored() const { return Content(StorePath()); }
   /// The last line on standard error.
   QString Complaint() {
     return QString::fromLocal8Bit(process_.readAllStandardError()).trimmed().section(u'\n', -1);
@@ -144,6 +147,28 @@ TEST_F(TheProcess, EndsDuringAHandshakeOnADeadLine) {
   EXPECT_EQ(process_.exitStatus(), QProcess::NormalExit);
   EXPECT_EQ(process_.exitCode(), 0);
   EXPECT_TRUE(Stored().contains("ModemBaud=38400"));
+}
+
+// The log for support stands in a folder of its own here, and says what goes over the line to who
+// asks for it.
+TEST_F(TheProcess, TracesTheLineWhenItIsAskedTo) {
+  const LoggerProcess logger(LinkPath(), {u"--fault"_s, u"silent"_s});
+  for (const char* asked : {"0", "1"}) {
+    SCOPED_TRACE(asked);
+    QFile::remove(LogPath());
+    qputenv("TESSMAR_TRACE", asked);
+    Start({});
+    qunsetenv("TESSMAR_TRACE");
+    PressKeys(WaitForWindow(dialog_), {u"Return"_s});
+    process_.waitForFinished(1000);
+    RequestClose(WaitForWindow(main_));
+    EXPECT_TRUE(process_.waitForFinished(kPatience));
+    const QByteArray log = Content(LogPath());
+    EXPECT_TRUE(log.contains(" begins\n")) << log.constData();
+    EXPECT_TRUE(log.contains(" port COM9 opened, 115200,N,8,1\n")) << log.constData();
+    EXPECT_EQ(log.contains(" -> 55\n"), *asked == '1') << log.constData();
+    EXPECT_TRUE(log.contains(" port COM9 closed\n")) << log.constData();
+  }
 }
 
 TEST_F(TheProcess, SaysWhatIsWrongWithASwitch) {

@@ -15,11 +15,15 @@
 #include <QMenuBar>
 #include <QMouseEvent>
 #include <QProgressBar>
+#include <QTabWidget>
 #include <QTemporaryDir>
+#include <QUuid>
 #include <cstdio>
 
 #include "app/Program.h"
+#include "archive/Store.h"
 #include "e2e/Robot.h"
+#include "settings/config.h"
 
 namespace tessmar::test {
 namespace {
@@ -54,6 +58,7 @@ class Tour {
         },
         SystemLocale(language_.Locale));
     link_ = &program.Link();
+    archive_ = store.filePath(u"archive.sqlite"_s);
     QString trouble;
     Robot robot;
     program.Start();
@@ -104,6 +109,57 @@ class Tour {
     Robot::WaitForForm(archive);
     Robot::Press(Qt::Key_Escape);
     Robot::WaitForNoForm(archive);
+    // What had been found in earlier years; the tour's own logger is not calibrated.
+    AddCalibrations();
+    Robot::Trigger(main_, u"mnuArchive"_s);
+    Robot::WaitForForm(archive);
+    Robot::InGui([archive] {
+      qobject_cast<QTabWidget*>(Robot::Control(archive, u"tabLogbook"_s))->setCurrentIndex(1);
+    });
+    Take(u"archive-calibrations"_s, archive);
+    Robot::Press(Qt::Key_Escape);
+    Robot::WaitForNoForm(archive);
+  }
+
+  void AddCalibrations() {
+    Robot::InGui([this] {
+      Store store(archive_);
+      store.Open(Store::Access::Write);
+      const qint64 logger = store.Loggers().at(0).Id;
+      const std::vector<std::pair<double, double>> oxygen{
+          {0, 20}, {0.1, 20.3}, {-0.2, 19.6}, {0, 20.1}};
+      QDateTime at(QDate(2025, 4, 8), QTime(9, 12), Qt::UTC);
+      for (std::size_t i = 1; i < oxygen.size(); ++i) {
+        store.AddEvent({.Uuid = QUuid::createUuid().toString(QUuid::WithoutBraces),
+                        .LoggerId = logger,
+                        .At = at,
+                        .Entry = {.Kind = EventKind::Calibrated,
+                                  .Text = u"Channel 6 (mg/L): "_s,
+                                  .Before = OxygenScale(oxygen[i - 1]),
+                                  .After = OxygenScale(oxygen[i])}});
+        at = at.addDays(91).addSecs(3600);
+      }
+    });
+  }
+
+  /// Settings in which channel 6 has this scale, in mg/L.
+  static QByteArray OxygenScale(const std::pair<double, double>& ends) {
+    LinkState link;
+    link.AnalogChannelCount = kAnalogChannels;
+    link.PulseChannelCount = kPulseChannels;
+    LoggerSettings settings;
+    LoadDefaultSettings(settings, kAnalogChannels);
+    constexpr std::size_t kChannel = 5;
+    settings.Analog[kChannel] = {.Enable = 1,
+                                 .EngUnits = u"mg/L"_s,
+                                 .DecPlaces = 2,
+                                 .RawScaleLower = 3200,
+                                 .RawScaleUpper = 61400,
+                                 .LowerLimit = ends.first,
+                                 .UpperLimit = ends.second};
+    ConfigImage image;
+    PackConfigImage(link, settings, image);
+    return {reinterpret_cast<const char*>(image.data()), static_cast<qsizetype>(image.size())};
   }
 
   void Connect() {
@@ -385,6 +441,7 @@ class Tour {
   const QString plot_ = u"frmPlot"_s;
   TourLanguage language_;
   QString folder_;
+  QString archive_;
   const LinkState* link_ = nullptr;  ///< Looked at in the user interface's thread only.
 };
 

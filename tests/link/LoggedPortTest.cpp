@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <QTemporaryDir>
+#include <iterator>
+#include <random>
 
 #include "base/Fault.h"
 #include "support/FakeOutside.h"
@@ -83,6 +85,87 @@ TEST_F(LoggedPortTest, NeverSaysWhatIsSaidToAModem) {
                                   u"<- 28 bytes of a modem"_s, u"-> 1 bytes of a modem"_s,
                                   u"-> 1 bytes of a modem"_s, u"-> 55"_s, u"<- 54"_s,
                                   u"port COM9 closed"_s}));
+}
+
+// A modem tells who calls, at any time, and a line that breaks makes it the speaker again.
+TEST_F(LoggedPortTest, NumbersThatComeBehindAModemAreHiddenAmongTheLoggersBytes) {
+  LoggedPort port(Port, Log, true);
+  port.Open(9, u"9600,N,8,1"_s);
+  Send(port, "ATDT5550100\r");
+  Send(port, "U");
+  Answer("NMBR=555-0100 12\r");
+  port.ReadAll();
+  Send(port, "T");
+  Answer(
+      "\xF8"
+      "123\xF9");
+  port.ReadAll();
+  port.Close();
+  EXPECT_EQ(Lines().filter(u"<-"_s),
+            (QStringList{u"<- 4E 4D 42 52 3D ** ** ** 2D ** ** ** ** 20 ** ** 0D"_s,
+                         u"<- F8 31 32 33 F9"_s}));
+}
+
+TEST_F(LoggedPortTest, ADirectLineIsTracedWhole) {
+  LoggedPort port(Port, Log, true);
+  port.Open(9, u"9600,N,8,1"_s);
+  Send(port, "U");
+  Answer("5550100");
+  port.ReadAll();
+  port.Close();
+  EXPECT_EQ(Lines().filter(u"<-"_s), QStringList{u"<- 35 35 35 30 31 30 30"_s});
+}
+
+/// A number as it may stand in the log: as it is, in hexadecimal with and without blanks.
+bool Shows(const QString& log, const QByteArray& number) {
+  return log.contains(QString::fromLatin1(number)) ||
+         log.contains(QString::fromLatin1(number.toHex(' ').toUpper())) ||
+         log.contains(QString::fromLatin1(number.toHex().toUpper()), Qt::CaseInsensitive);
+}
+
+// Calls at random: commands, replies, letters, frames, echoes, rings and hang-ups in any order,
+// with the number in whatever is the modem's.
+TEST_F(LoggedPortTest, NoCallLeavesItsNumberInTheLog) {
+  constexpr int kCalls = 300;
+  constexpr int kSteps = 30;
+  const QByteArray number("0306425550100");
+  std::mt19937 random(20270303);
+  const auto upTo = [&random](int most) {
+    return std::uniform_int_distribution<int>(0, most)(random);
+  };
+  const QByteArray said[] = {"AT&F S0=0 X" + number + "\r",
+                             "ATDT" + number + "\r",
+                             "+++",
+                             "ATH\r",
+                             "U",
+                             "T",
+                             "M",
+                             QByteArray("\xF8\x03\x0C\x00\x05\xF9", 6)};
+  const QByteArray heard[] = {"ATDT" + number + "\r\r\nCONNECT 9600/" + number + "\r\n",
+                              "\r\nRING\r\nNMBR = " + number + "\r\n",
+                              "\r\n+CLIP: \"" + number + "\",129\r\n",
+                              "\r\nNO CARRIER\r\n",
+                              "T",
+                              QByteArray("\xFA\xF8\x07\x05\x00\x00\x80\x00\x12\x34\xF9", 11)};
+  for (int call = 0; call < kCalls; ++call) {
+    LoggedPort port(Port, Log, true);
+    port.Open(9, u"9600,N,8,1"_s);
+    Send(port, said[1]);
+    for (int step = 0; step < kSteps; ++step) {
+      if (upTo(1) == 0) {
+        Send(port, said[upTo(std::size(said) - 1)]);
+      } else {
+        Answer(heard[upTo(std::size(heard) - 1)]);
+        if (upTo(1) == 0 && port.InputCount() > 0) port.ReadByte();
+        if (upTo(2) > 0) port.ReadAll();
+      }
+    }
+    port.Close();
+    const QString log = Log.Last(1000).join(u'\n');
+    ASSERT_FALSE(Shows(log, number)) << "call " << call;
+    // A piece of it is one too many.
+    ASSERT_FALSE(Shows(log, number.right(7))) << "call " << call;
+  }
 }
 
 TEST_F(LoggedPortTest, ASecondCallIsHiddenLikeTheFirst) {
