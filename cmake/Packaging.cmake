@@ -51,11 +51,11 @@ foreach(size 16 24 32 48 64 128 256)
           RENAME application-x-tessmar-setup.png)
 endforeach()
 
-install(FILES ${PROJECT_SOURCE_DIR}/docs/file-formats.md ${packaging}/serial-ports.md
-              ${packaging}/every-night.md DESTINATION ${TESSMAR_DOC_DIR})
+install(FILES ${PROJECT_SOURCE_DIR}/docs/exports.md ${PROJECT_SOURCE_DIR}/docs/file-formats.md
+              ${packaging}/serial-ports.md ${packaging}/every-night.md DESTINATION ${TESSMAR_DOC_DIR})
 install(FILES ${PROJECT_SOURCE_DIR}/docs/sharing.md ${PROJECT_SOURCE_DIR}/docs/sharing-roles.sql
         DESTINATION ${TESSMAR_DOC_DIR})
-install(FILES ${PROJECT_SOURCE_DIR}/docs/examples/oxygen.py DESTINATION ${TESSMAR_DOC_DIR}/examples)
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/examples DESTINATION ${TESSMAR_DOC_DIR})
 install(FILES ${packaging}/tessmar.bash-completion
         DESTINATION ${CMAKE_INSTALL_DATADIR}/bash-completion/completions RENAME tessmar)
 install(FILES ${packaging}/copyright DESTINATION ${TESSMAR_DOC_DIR})

@@ -32,7 +32,7 @@ BOOKS = {
     "TessmarLoggerII": {
         "title": {"en": "Tessmar Logger", "de": "Tessmar Logger"},
         "pages": [
-            "first-connection", "ports", "live", "history", "plot", "archive", "setup", "calibration",
+            "first-connection", "ports", "live", "history", "plot", "archive", "exports", "setup", "calibration",
             *OXYGEN_PAGES,
             "modem", "image-files", "command", "sharing", "start-and-settings", "troubleshooting",
         ],

@@ -79,6 +79,7 @@ void Program::ShowArchive() {
                       .CsvDateTimeSingleColumn = csvDateTimeSingleColumn_,
                       .RelayDisplayEnabled = display_.RelayDisplayEnabled,
                       .AppPath = FirstFolderOfDialogs(environment_.AppPath),
+                      .Program = u"Tessmar Logger "_s + ProgramVersionText(),
                       .Ending = [this] { return loop_.Ending(); },
                       .AskText = AskArchiveText,
                       .AskChoice = AskArchiveChoice,

@@ -70,7 +70,8 @@ class ViewerCsv {
 
  private:
   HistoryTable TableOf(std::size_t madeWith, const HistoryBuffer& buffer) const {
-    return {buffer, source_.Settings[madeWith].Settings, links_[madeWith], false, form_.Locale};
+    return {buffer, source_.Settings[madeWith].Settings, links_[madeWith], form_.ShowRelays,
+            form_.Locale};
   }
 
   QIODevice& device_;

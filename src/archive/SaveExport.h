@@ -32,6 +32,7 @@ struct ExportForm {
   QDateTime Saved;             ///< When the file is written.
   QString Program;             ///< Name and version of the program that writes.
   bool SingleColumn = false;   ///< Of the viewer's CSV: date and time in one column.
+  bool ShowRelays = false;     ///< Of the viewer's CSV: with the relay columns.
 };
 
 /// The viewer's CSV has one row of headings, and the records have different channels.

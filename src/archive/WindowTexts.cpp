@@ -98,7 +98,6 @@ constexpr std::array kRows{
     Row{Id::NotChanged, u"The archive was not changed.", u"Das Archiv wurde nicht geändert."},
     Row{Id::Damaged, u"It is damaged.", u"Es ist beschädigt."},
     Row{Id::NoArchiveYet, u"Nothing has been uploaded yet", u"Es wurde noch nichts abgerufen"},
-    Row{Id::ExportTitle, u"Export Upload", u"Abruf exportieren"},
     Row{Id::CsvFiles, u"Comma Separated Value Files", u"Kommagetrennte Dateien"},
 };
 // clang-format on

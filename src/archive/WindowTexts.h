@@ -87,7 +87,6 @@ enum class WindowTextId : std::uint8_t {
   NotChanged,
   Damaged,
   NoArchiveYet,
-  ExportTitle,
   CsvFiles,
 };
 

@@ -17,12 +17,11 @@
 #include "archive/ArchiveEdits.h"
 #include "archive/ArchiveTexts.h"
 #include "archive/CalibrationsPage.h"
+#include "archive/ExportRoad.h"
+#include "archive/ExportTexts.h"
 #include "archive/SeriesSets.h"
 #include "archive/WindowTexts.h"
-#include "base/FileTrouble.h"
 #include "base/TextTable.h"
-#include "history/CsvExport.h"
-#include "history/HistoryTable.h"
 #include "ui/ActiveWindow.h"
 #include "ui/EnterKey.h"
 
@@ -101,7 +100,7 @@ void frmArchive::UpdateButtons() {
   const bool logger = ChosenLogger().has_value();
   const int loggers = loggersModel_.rowCount() - (binned_.empty() ? 1 : 2);
   const std::optional<qint64> series = ChosenSeries();
-  for (QPushButton* button : {cmdOpen_, cmdExport_}) button->setEnabled(uploads == 1);
+  cmdOpen_->setEnabled(uploads == 1);
   cmdPlot_->setEnabled(uploads == 1 || series);
   cmdPlot_->setToolTip(series         ? GetText(Id::PlotSeriesHint).arg(NameOfLogger(*series))
                        : uploads == 1 ? GetText(Id::PlotUploadHint)
@@ -110,6 +109,7 @@ void frmArchive::UpdateButtons() {
   // A tool tip alone is not read out.
   for (QPushButton* button : {cmdOpen_, cmdPlot_})
     button->setAccessibleDescription(button->toolTip());
+  ShowWishedExport();
   cmdRename_->setEnabled(logger);
   cmdMerge_->setEnabled(logger && loggers > 1);
   cmdSplit_->setEnabled(uploads > 0 && !bin);
@@ -118,6 +118,18 @@ void frmArchive::UpdateButtons() {
   cmdDelete_->setVisible(!bin);
   cmdRestore_->setVisible(bin);
   cmdEmpty_->setVisible(bin);
+}
+
+void frmArchive::ShowWishedExport() {
+  const std::optional<ExportWish> wish = WishedExport();
+  QString hint = GetText(ExportTextId::NothingHint);
+  if (wish && wish->Upload != 0) hint = GetText(ExportTextId::UploadHint);
+  if (wish && wish->Upload == 0)
+    hint = GetText(ExportTextId::SeriesHint).arg(NameOfLogger(wish->Logger));
+  cmdExport_->setEnabled(wish.has_value());
+  cmdExport_->setToolTip(hint);
+  // A tool tip alone is not read out.
+  cmdExport_->setAccessibleDescription(hint);
 }
 
 void frmArchive::ShowStatus(const QString& what) {
@@ -260,30 +272,29 @@ void frmArchive::cmdPlot_Click() {
   if (std::optional<SeriesSet> series = ReadSeries()) parts_.ShowPlot(std::move(*series), this);
 }
 
+std::optional<ExportWish> frmArchive::WishedExport() const {
+  const std::vector<qint64> uploads = ChosenUploads();
+  if (uploads.size() == 1) return ExportWish{.ArchivePath = parts_.Path, .Upload = uploads.front()};
+  const std::optional<qint64> series = ChosenSeries();
+  if (!series) return std::nullopt;
+  return ExportWish{.ArchivePath = parts_.Path, .Logger = *series};
+}
+
 void frmArchive::cmdExport_Click() {
-  const std::optional<ArchivedUpload> upload = Read();
-  if (!upload) return;
+  const std::optional<ExportWish> wish = WishedExport();
+  if (!wish) return;
   const QPointer<frmArchive> self(this);
-  const std::optional<QString> path =
-      parts_.Dialogs.AskSave({.Title = GetText(Id::ExportTitle),
-                              .InitialName = parts_.AppPath + u"/*.csv"_s,
-                              .Filter = GetText(Id::CsvFiles) + u" (*.csv)|*.csv"_s,
-                              .DefaultExtension = u".csv"_s,
-                              .ConfirmOverwrite = true});
-  if (self.isNull() || !path) return;
-  const HistoryTable table(*upload->Records, upload->Settings, upload->Link,
-                           parts_.RelayDisplayEnabled, parts_.Locale);
-  try {
-    const WaitCursorScope waitCursor(parts_.Screen);
-    SaveCsv(*path, table,
-            {.LoggerName = upload->LoggerName,
-             .Saved = parts_.Time.Now(),
-             .SingleColumn = !parts_.CsvDateTimeSingleColumn.isEmpty()},
-            [](std::int32_t) {});
-    ShowStatus(*path);
-  } catch (const FileTrouble& trouble) {
-    parts_.Message.MsgBox(trouble.Text(), kExclamation, windowTitle());
-  }
+  const std::optional<QString> done =
+      ExportFromWindow({.Message = parts_.Message,
+                        .Dialogs = parts_.Dialogs,
+                        .Time = parts_.Time,
+                        .Locale = parts_.Locale,
+                        .AppPath = parts_.AppPath,
+                        .Program = parts_.Program,
+                        .SingleColumn = !parts_.CsvDateTimeSingleColumn.isEmpty(),
+                        .ShowRelays = parts_.RelayDisplayEnabled},
+                       *wish, *this);
+  if (!self.isNull() && done) ShowStatus(*done);
 }
 
 void frmArchive::cmdRename_Click() {

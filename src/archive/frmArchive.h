@@ -10,6 +10,7 @@
 #include "archive/ArchiveFault.h"
 #include "archive/ArchiveModels.h"
 #include "archive/ArchivedUpload.h"
+#include "archive/ExportWork.h"
 #include "archive/Store.h"
 #include "base/Clock.h"
 #include "base/FileDialogs.h"
@@ -43,6 +44,7 @@ struct ArchiveParts {
   QString& CsvDateTimeSingleColumn;  ///< Empty for date and time in separate columns.
   bool RelayDisplayEnabled = false;
   QString AppPath;  ///< The folder that the save dialog begins in, without a trailing separator.
+  QString Program;  ///< Name and version, for exported files.
   std::function<bool()> Ending;  ///< True once the program is ending: no answer counts then.
   /// Asks for a text. @return nothing when the operator cancels.
   std::function<std::optional<QString>(const QString& title, const QString& prompt,
@@ -98,6 +100,10 @@ class frmArchive : public QDialog {
   std::optional<qint64> ChosenSeries() const;
   /// What is chosen, in words; empty for nothing that could be plotted.
   QString ChosenText() const;
+
+  /// What Export would save; nothing while that is not clear.
+  std::optional<ExportWish> WishedExport() const;
+  void ShowWishedExport();
 
   /// Lets go of what is chosen of a logger's uploads.
   void ChooseSeries();

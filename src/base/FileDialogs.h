@@ -8,11 +8,14 @@ namespace tessmar {
 /// What a file dialog is asked to show.
 struct FileDialogRequest {
   QString Title;
-  QString InitialName;       ///< File name or pattern, with or without a folder in front.
-  QString Filter;            ///< "Text (*.ext)|*.ext".
-  QString DefaultExtension;  ///< With its point, such as ".csv"; added to a name without extension.
+  QString InitialName;  ///< File name or pattern, with or without a folder in front.
+  QString Filter;       ///< "Text (*.ext)|*.ext".
+  /// With its point, such as ".csv"; added to a name without extension, unless the chosen part of
+  /// several in the filter has one of its own.
+  QString DefaultExtension;
   bool ConfirmOverwrite =
-      false;  ///< For saving: the dialog asks before an existing file is chosen.
+      false;            ///< For saving: the dialog asks before an existing file is chosen.
+  int* Part = nullptr;  ///< Takes which part of the filter was chosen, from 0.
 };
 
 /// The platform's open and save dialogs.

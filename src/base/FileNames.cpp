@@ -40,6 +40,14 @@ QStringList FileFilters(const QString& filter) {
   return result;
 }
 
+QString ExtensionOfFilter(const QString& filter, int part) {
+  const QString pattern =
+      filter.split(u'|', Qt::SkipEmptyParts).value(qsizetype{2} * part + 1).trimmed();
+  const bool plain = pattern.startsWith("*."_L1) && pattern.size() > 2 &&
+                     pattern.count(u'*') == 1 && !pattern.contains(u';') && !pattern.contains(u'?');
+  return plain ? pattern.mid(1) : QString();
+}
+
 QString WithDefaultExtension(const QString& name, const QString& extension) {
   const QString last = LastPart(name);
   // A point in front makes a hidden file, not an extension.

@@ -21,6 +21,10 @@ FileDialogStart StartOfFileDialog(const QString& initialName);
 /// pair, in the form "Setup Files (*.set)", several patterns of one pair separated by blanks.
 QStringList FileFilters(const QString& filter);
 
+/// The extension of the files of a part of such a filter, from 0, as ".set"; empty for a part with
+/// several patterns, or one that is not "*." and an extension.
+QString ExtensionOfFilter(const QString& filter, int part);
+
 /// A file name with the extension added when its last part has none.
 /// @param extension  with its point, such as ".csv"; empty adds nothing.
 QString WithDefaultExtension(const QString& name, const QString& extension);

@@ -9,6 +9,7 @@
 #include <QMimeDatabase>
 #include <QPointer>
 #include <QTreeView>
+#include <algorithm>
 #include <utility>
 
 #include "base/FileNames.h"
@@ -74,6 +75,10 @@ class FileDialog : private IconsOfDialog, public QFileDialog {
 
   /// The name taken, once the dialog was accepted.
   const QString& Chosen() const { return chosen_; }
+  /// The part of the filter that stood there then, from 0.
+  int Part() const {
+    return std::max(static_cast<int>(nameFilters().indexOf(selectedNameFilter())), 0);
+  }
 
  protected:
   void accept() override {
@@ -118,7 +123,13 @@ class FileDialog : private IconsOfDialog, public QFileDialog {
   QString Completed(const QString& name) const {
     const QFileInfo info(name);
     const bool isThere = info.isDir() || (acceptMode() == AcceptOpen && info.exists());
-    return isThere ? name : WithDefaultExtension(name, request_.DefaultExtension);
+    return isThere ? name : WithDefaultExtension(name, Extension());
+  }
+
+  QString Extension() const {
+    const QString own =
+        nameFilters().size() > 1 ? ExtensionOfFilter(request_.Filter, Part()) : QString();
+    return own.isEmpty() ? request_.DefaultExtension : own;
   }
 
   /// Tells the operator why not, or asks, before a name is taken.
@@ -176,6 +187,7 @@ std::optional<QString> QtFileDialogs::Ask(const FileDialogRequest& request, Purp
   const bool accepted = dialog->exec() == QDialog::Accepted && !dialog.isNull() && !ending_();
   std::optional<QString> chosen;
   if (accepted) chosen = dialog->Chosen();
+  if (accepted && request.Part != nullptr) *request.Part = dialog->Part();
   delete dialog;
   return chosen;
 }

@@ -278,7 +278,7 @@ TEST_F(ArchiveWindow, ExportsTheSameBytesAsTheViewer) {
             u"Well 7,3/3/2026,8:00:00 PM\r\nDate, Time, %\r\n"
             "3/3/26, 12:00:10, 0.10\r\n3/3/26, 12:00:12, 0.12\r\n"
             "3/3/26, 12:00:14, 0.14\r\n3/3/26, 12:00:16, 0.16\r\n"_s);
-  EXPECT_EQ(Status(), path);
+  EXPECT_EQ(Status(), u"4 records in "_s + path);
 
   const ArchivedUpload upload = LoadUpload(store_, store_.Uploads(well_).front().Id);
   frmHistory viewer({.Buffer = *upload.Records,

@@ -44,6 +44,15 @@ TEST(FileFilters, LeaveOutAPairWithoutItsPattern) {
   EXPECT_TRUE(FileFilters(u"Setup Files"_s).isEmpty());
 }
 
+TEST(ExtensionOfFilter, IsThatOfOnePlainPattern) {
+  const QString filter = u"Table (*.csv)|*.csv|NetCDF (*.nc)|*.nc|Pictures|*.png;*.svg|All|*.*"_s;
+  EXPECT_EQ(ExtensionOfFilter(filter, 0), u".csv"_s);
+  EXPECT_EQ(ExtensionOfFilter(filter, 1), u".nc"_s);
+  EXPECT_EQ(ExtensionOfFilter(filter, 2), QString());
+  EXPECT_EQ(ExtensionOfFilter(filter, 3), QString());
+  EXPECT_EQ(ExtensionOfFilter(filter, 4), QString());
+}
+
 TEST(WithDefaultExtension, AddsItToANameWithoutOne) {
   EXPECT_EQ(WithDefaultExtension(u"/home/x.y/pond"_s, u".csv"_s), u"/home/x.y/pond.csv"_s);
   EXPECT_EQ(WithDefaultExtension(u"pond"_s, u".dat"_s), u"pond.dat"_s);

@@ -56,10 +56,12 @@ class FakeFileDialogs final : public FileDialogs {
   }
   std::vector<FileDialogRequest> All;
   std::deque<std::optional<QString>> Answers;
+  int Part = 0;  ///< Of the filter.
 
  private:
   std::optional<QString> Answer(const FileDialogRequest& request) {
     All.push_back(request);
+    if (request.Part != nullptr) *request.Part = Part;
     if (Answers.empty()) return std::nullopt;
     const std::optional<QString> answer = Answers.front();
     Answers.pop_front();

@@ -104,6 +104,28 @@ TEST_F(QtFileDialogsTest, AddTheDefaultExtensionWhenSaving) {
   EXPECT_EQ(dialogs_.AskSave(Request()), Path(u"pond.set"_s));
 }
 
+TEST_F(QtFileDialogsTest, TellThePartOfTheFilterAndTakeItsExtension) {
+  FileDialogRequest request = Request();
+  request.Filter = u"Table (*.csv)|*.csv|For analysis (*.csv)|*.csv|NetCDF (*.nc)|*.nc"_s;
+  int part = -1;
+  request.Part = &part;
+  WhenShown([](QFileDialog& dialog) {
+    dialog.selectNameFilter(u"NetCDF (*.nc)"_s);
+    EXPECT_TRUE(Take(dialog, u"pond"_s));
+  });
+  EXPECT_EQ(dialogs_.AskSave(request), Path(u"pond.nc"_s));
+  EXPECT_EQ(part, 2);
+  WhenShown([](QFileDialog& dialog) {
+    dialog.selectNameFilter(u"For analysis (*.csv)"_s);
+    EXPECT_TRUE(Take(dialog, u"pond.txt"_s));
+  });
+  EXPECT_EQ(dialogs_.AskSave(request), Path(u"pond.txt"_s));
+  EXPECT_EQ(part, 1);
+  WhenShown([](QFileDialog& dialog) { EXPECT_TRUE(Take(dialog, u"pond"_s)); });
+  EXPECT_EQ(dialogs_.AskSave(request), Path(u"pond.csv"_s));
+  EXPECT_EQ(part, 0);
+}
+
 TEST_F(QtFileDialogsTest, OpenANameAsTypedOrWithTheDefaultExtension) {
   Touch(u"plain"_s);
   Touch(u"pond.dat"_s);
