@@ -180,6 +180,12 @@ void Program::Shutdown() {
     // A signal may have ended the program under the message.
     if (loop_.Ending()) return;
   }
+  pollLoop_.StopKeeping();
+  const QString lost = archive_.TakeLiveReport(true);
+  if (!lost.isEmpty()) {
+    messages_.MsgBox(lost, kExclamation, window_.windowTitle());
+    if (loop_.Ending()) return;
+  }
   CloseEverything(EXIT_SUCCESS);
 }
 
@@ -205,6 +211,9 @@ void Program::EndNow() {
     std::fprintf(stderr, "TessmarLogger: %s\n", qPrintable(NotSaved().replace("\r\n"_L1, " "_L1)));
   }
   ended_ = true;
+  pollLoop_.StopKeeping();
+  const QString lost = archive_.TakeLiveReport(true);
+  if (!lost.isEmpty()) std::fprintf(stderr, "TessmarLogger: %s\n", qPrintable(lost.simplified()));
   CloseEverything(status_);
 }
 
@@ -300,6 +309,18 @@ void Program::Timer1Tick() {
   pollLoop_.Timer1Tick();
   if (!loop_.Ending()) statusLine_.Show();
   activity_.Tick();
+  ReportLiveRun();
+}
+
+// A run of sampling ends in a tick, which must not wait for anybody, and may end while something
+// else is on the screen.
+void Program::ReportLiveRun() {
+  if (loop_.Ending() || link_.Busy || QApplication::activeModalWidget() != nullptr) return;
+  const QString report = archive_.TakeLiveReport();
+  if (report.isEmpty()) return;
+  QMetaObject::invokeMethod(
+      &window_, [this, report] { messages_.MsgBox(report, kExclamation, window_.windowTitle()); },
+      Qt::QueuedConnection);
 }
 
 }  // namespace tessmar

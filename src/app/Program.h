@@ -135,6 +135,7 @@ class Program {
   void CloseEverything(int status);
   QString ConnectionSource() const;
   void ReportKept();
+  void ReportLiveRun();
   void Exit();
 
   ProgramEnvironment environment_;

@@ -10,6 +10,7 @@ enum class ArchiveTrouble {
   Unwritable,  ///< No permission, a read-only disk, a folder that cannot be made, a failing disk.
   Full,        ///< No room on the disk.
   Damaged,     ///< Not a database, or one that is broken.
+  UnderCheck,  ///< Was called damaged, and is being looked at.
   Foreign,     ///< Another program's database.
   Newer,       ///< Written by a later version of this program.
   NotAFile,    ///< A folder, a pipe or a device stands in its place.

@@ -195,15 +195,28 @@ ArchiveFilter::ArchiveFilter(QObject* parent) : QSortFilterProxyModel(parent) {
   setSortLocaleAware(true);
 }
 
-void ArchiveFilter::SetText(const QString& text) {
-  words_ = text.split(u' ', Qt::SkipEmptyParts);
-  invalidateFilter();
-}
-
-void ArchiveFilter::SetDays(QDate since, QDate until) {
+void ArchiveFilter::Set(const QString& text, QDate since, QDate until) {
+  words_ = text.toLower().split(u' ', Qt::SkipEmptyParts);
   since_ = since.isValid() ? since.startOfDay() : QDateTime();
   before_ = until.isValid() ? until.addDays(1).startOfDay() : QDateTime();
   invalidateFilter();
+}
+
+void ArchiveFilter::setSourceModel(QAbstractItemModel* model) {
+  // Ahead of the filter's own look at the rows.
+  connect(model, &QAbstractItemModel::modelReset, this, [this] { searched_.clear(); });
+  QSortFilterProxyModel::setSourceModel(model);
+}
+
+const QString& ArchiveFilter::SearchedText(int row) const {
+  const QAbstractItemModel& model = *sourceModel();
+  searched_.resize(static_cast<std::size_t>(model.rowCount()));
+  QString& text = searched_[static_cast<std::size_t>(row)];
+  if (text.isEmpty()) {
+    for (int column = 0; column < model.columnCount(); ++column)
+      text += model.index(row, column).data().toString().toLower() + u'\n';
+  }
+  return text;
 }
 
 bool ArchiveFilter::filterAcceptsRow(int row, const QModelIndex& parent) const {
@@ -214,11 +227,8 @@ bool ArchiveFilter::filterAcceptsRow(int row, const QModelIndex& parent) const {
     if (before_.isValid() && time >= before_) return false;
   }
   if (words_.isEmpty()) return true;
-  QString text;
-  for (int column = 0; column < model.columnCount(parent); ++column)
-    text += model.index(row, column, parent).data().toString() + u'\n';
-  return std::ranges::all_of(
-      words_, [&](const QString& word) { return text.contains(word, Qt::CaseInsensitive); });
+  const QString& text = SearchedText(row);
+  return std::ranges::all_of(words_, [&](const QString& word) { return text.contains(word); });
 }
 
 }  // namespace tessmar

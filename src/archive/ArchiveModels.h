@@ -96,15 +96,20 @@ class ArchiveFilter final : public QSortFilterProxyModel {
  public:
   explicit ArchiveFilter(QObject* parent = nullptr);
 
-  void SetText(const QString& text);
-  /// Days of the computer's own time, both included; an invalid one is no limit.
-  void SetDays(QDate since, QDate until);
+  /// Days are of the computer's own time, both included; an invalid one is no limit.
+  void Set(const QString& text, QDate since, QDate until);
+  /// Of a model that changes by being set anew.
+  void setSourceModel(QAbstractItemModel* model) override;
 
  protected:
   bool filterAcceptsRow(int row, const QModelIndex& parent) const override;
 
  private:
+  const QString& SearchedText(int row) const;
+
   QStringList words_;
+  /// The texts of each row in lower case, made when it is first searched: those of times take long.
+  mutable std::vector<QString> searched_;
   QDateTime since_;
   QDateTime before_;
 };

@@ -25,6 +25,8 @@ QString TroubleText(ArchiveTrouble trouble) {
     case ArchiveTrouble::Damaged:
       return InLanguage(u"It is damaged and could not be moved aside."_s,
                         u"Es ist beschädigt und ließ sich nicht beiseitelegen."_s);
+    case ArchiveTrouble::UnderCheck:
+      return InLanguage(u"It is being checked for damage."_s, u"Es wird auf Schäden geprüft."_s);
     case ArchiveTrouble::Foreign:
       return InLanguage(u"The file in its place belongs to another program."_s,
                         u"Die Datei an seiner Stelle gehört einem anderen Programm."_s);
@@ -54,6 +56,21 @@ QString NotKeptText(std::int32_t notKept, std::int32_t records, ArchiveTrouble t
       u"Sie bleiben im Speicher und werden geschrieben, sobald es möglich ist, solange das Programm"
       " läuft. Speichern Sie Wichtiges in eine Datei."_s);
   return head.arg(notKept).arg(records).arg(TroubleText(trouble)) + u"\r\n"_s +
+         QDir::toNativeSeparators(path) + u"\r\n\r\n"_s + tail;
+}
+
+QString LiveNotKeptText(std::int32_t notKept, std::int32_t samples, ArchiveTrouble trouble,
+                        const QString& path, bool lost) {
+  const QString head = InLanguage(u"%1 of the %2 live samples are not in the archive. %3"_s,
+                                  u"%1 von %2 Live-Messwerten sind nicht im Archiv. %3"_s);
+  const QString tail =
+      lost ? InLanguage(u"They are lost."_s, u"Sie gehen verloren."_s)
+           : InLanguage(
+                 u"They are kept in memory and written as soon as that is possible, while the"
+                 " program runs."_s,
+                 u"Sie bleiben im Speicher und werden geschrieben, sobald es möglich ist,"
+                 " solange das Programm läuft."_s);
+  return head.arg(notKept).arg(samples).arg(TroubleText(trouble)) + u"\r\n"_s +
          QDir::toNativeSeparators(path) + u"\r\n\r\n"_s + tail;
 }
 

@@ -11,9 +11,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Above this the check of a whole file would hold up the window for too long.
-constexpr qint64 kMostToCheck = qint64{64} * 1024 * 1024;
-
 const auto kInsertRecord =
     u"INSERT INTO record (upload_id, number, stamp, logger_time, raw, a1, a2, a3, a4, a5, a6, a7,"
     " a8, p1, p2) VALUES (?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"_s;
@@ -217,16 +214,8 @@ void ArchiveWriter::Forget(qint64 id) {
   std::erase_if(queue_.Uploads, [id](const KeptUpload& upload) { return upload.Row.Id == id; });
 }
 
-std::optional<QString> ArchiveWriter::MoveDamagedAside(const QDateTime& now) {
+std::optional<QString> ArchiveWriter::MoveAside(const QDateTime& now) {
   Close();
-  try {
-    Store look(store_.Path());
-    look.Open(Store::Access::Write);
-    if (QFileInfo(store_.Path()).size() <= kMostToCheck && look.IntegrityComplaints().isEmpty())
-      return std::nullopt;
-  } catch (const ArchiveFault& fault) {
-    if (fault.Trouble() != ArchiveTrouble::Damaged) return std::nullopt;
-  }
   const QString aside = store_.MoveAside(now);
   if (aside.isEmpty()) return std::nullopt;
   queue_.ForgetWritten();

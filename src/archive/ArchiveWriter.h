@@ -43,9 +43,9 @@ class ArchiveWriter {
   void StopFilling();
   bool IsFilling() const { return filling_ != nullptr; }
 
-  /// Looks at a file that SQLite has called damaged, and moves it aside when it is.
-  /// @return the path that it has now; nothing when it was found sound or could not be moved.
-  std::optional<QString> MoveDamagedAside(const QDateTime& now);
+  /// Moves the file aside, with what belongs to it; closes it first.
+  /// @return the path that it has now; nothing when it could not be moved.
+  std::optional<QString> MoveAside(const QDateTime& now);
 
   /// For questions; open after Open.
   const Store& Reader() const { return store_; }

@@ -43,8 +43,7 @@ void CalibrationsPage::Show(const std::vector<EventRow>& events, const LoggerNam
 }
 
 void CalibrationsPage::SetFilter(const QString& text, QDate since, QDate until) {
-  filter_.SetText(text);
-  filter_.SetDays(since, until);
+  filter_.Set(text, since, until);
   UpdateButton();
 }
 

@@ -18,6 +18,8 @@ using namespace Qt::StringLiterals;
 
 /// After a failure that will not go away by itself.
 constexpr qint64 kRetryMs = 2000;
+/// For a live run at its end: what another program locks for a moment is not worth a message.
+constexpr qint64 kPatienceMs = 2000;
 /// Without a tick for so long a block takes itself to the file.
 constexpr qint64 kLongestWaitMs = 400;
 /// A run of sampling is cut into uploads of a day at the usual pace.
@@ -129,6 +131,7 @@ void Journal::End(UploadEnd end) {
   upload->End = StateOf(end);
   upload->Row.Ended = context_.Time.Now().toUTC();
   if (upload->Row.Kind == UploadKind::History && !upload->Blocks.empty()) NoteUploaded(*upload);
+  if (upload->Row.Kind == UploadKind::Live) liveEndedAt_ = context_.Time.SteadyMs();
   start_.reset();
   last_ = LastUpload();
   WriteWaiting();
@@ -169,7 +172,7 @@ std::optional<KnownSettings> Journal::LastSettings() {
 
 bool Journal::Tick() {
   const qint64 now = context_.Time.SteadyMs();
-  if (now < retryAt_) return false;
+  if (!LookAtCheck() || now < retryAt_) return false;
   if (waitsSince_ >= 0 && now - waitsSince_ >= kWaitMs) WriteWaiting();
   if (!lookedForLeft_) {
     // A start makes no archive; the first upload does.
@@ -182,6 +185,7 @@ bool Journal::Tick() {
 
 void Journal::Finish() {
   End(UploadEnd::Cancelled);
+  if (check_) Settle(check_->Wait());
   WriteAll();
   writer_.Close();
 }
@@ -226,6 +230,7 @@ bool Journal::FillFor(qint64 ms) {
 }
 
 bool Journal::Try(const std::function<void()>& work) {
+  if (!LookAtCheck()) return false;
   try {
     work();
     trouble_.reset();
@@ -244,7 +249,26 @@ void Journal::Suffer(ArchiveTrouble trouble) {
   writer_.Close();
   retryAt_ = context_.Time.SteadyMs() + kRetryMs;
   if (trouble != ArchiveTrouble::Damaged) return;
-  const std::optional<QString> aside = writer_.MoveDamagedAside(context_.Time.Now());
+  // SQLite has found one page wrong; whether the file is damaged the whole of it says.
+  check_.emplace(Path());
+  if (QFileInfo(Path()).size() <= context_.MostToCheckAtOnce) return Settle(check_->Wait());
+  trouble_ = ArchiveTrouble::UnderCheck;
+}
+
+// Gives true when no check of the file is under way.
+bool Journal::LookAtCheck() {
+  if (!check_) return true;
+  if (check_->Found() == IntegrityCheck::Result::Running) return false;
+  Settle(check_->Found());
+  return true;
+}
+
+void Journal::Settle(IntegrityCheck::Result found) {
+  check_.reset();
+  const bool damaged = found == IntegrityCheck::Result::Damaged;
+  trouble_ = damaged ? ArchiveTrouble::Damaged : ArchiveTrouble::Unwritable;
+  if (!damaged) return;
+  const std::optional<QString> aside = writer_.MoveAside(context_.Time.Now());
   if (!aside) return;
   movedTo_ = *aside;
   retryAt_ = 0;
@@ -256,7 +280,10 @@ void Journal::DropOldest() {
   std::size_t blocks = 0;
   for (const KeptUpload& upload : queue_.Uploads) blocks += upload.Blocks.size();
   while (blocks > kMostBlocksKept && queue_.Uploads.size() > 1) {
-    blocks -= queue_.Uploads.front().Blocks.size();
+    const KeptUpload& oldest = queue_.Uploads.front();
+    blocks -= oldest.Blocks.size();
+    if (oldest.Row.Kind == UploadKind::Live && !oldest.Told)
+      liveGivenUp_ += oldest.RecordsOf(oldest.Written, oldest.Blocks.size());
     writer_.StopFilling();
     queue_.Uploads.pop_front();
   }
@@ -319,6 +346,30 @@ QString Journal::TakeReport() {
     report.append(NotKeptText(upload.NotKept, upload.Records,
                               trouble_.value_or(ArchiveTrouble::Unwritable), writer_.Path()));
   }
+  if (!movedTo_.isEmpty()) report.append(MovedAsideText(std::exchange(movedTo_, QString())));
+  return report.join(u"\r\n\r\n"_s);
+}
+
+QString Journal::TakeLiveReport(bool atEnd) {
+  // A run that is cut goes on at once: it has not ended.
+  const bool running = start_ && start_->Kind == UploadKind::Live;
+  if (liveEndedAt_ < 0 || running) return {};
+  if (!atEnd && context_.Time.SteadyMs() - liveEndedAt_ < kPatienceMs) return {};
+  liveEndedAt_ = -1;
+  std::int32_t notKept = std::exchange(liveGivenUp_, 0);
+  std::int32_t samples = notKept;
+  for (KeptUpload& upload : queue_.Uploads) {
+    if (upload.Row.Kind != UploadKind::Live || upload.Recovered || upload.Told) continue;
+    const std::int32_t missing = upload.RecordsOf(upload.Written, upload.Blocks.size());
+    if (missing == 0 && upload.Row.Id != 0) continue;
+    upload.Told = true;
+    notKept += missing;
+    samples += upload.Records();
+  }
+  QStringList report;
+  if (notKept > 0)
+    report.append(LiveNotKeptText(notKept, samples, trouble_.value_or(ArchiveTrouble::Unwritable),
+                                  Path(), atEnd));
   if (!movedTo_.isEmpty()) report.append(MovedAsideText(std::exchange(movedTo_, QString())));
   return report.join(u"\r\n\r\n"_s);
 }

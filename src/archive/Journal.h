@@ -6,6 +6,7 @@
 #include <optional>
 
 #include "archive/ArchiveWriter.h"
+#include "archive/IntegrityCheck.h"
 #include "archive/JournalQueue.h"
 #include "base/Clock.h"
 #include "base/Logbook.h"
@@ -22,6 +23,9 @@ struct JournalContext {
   const Clock& Time;
   std::function<QString()> Source;  ///< Of the connection: a port, a device, a number.
   QString Program;                  ///< Its version.
+  /// Bytes of a damaged archive that are checked at once; what is larger is checked beside the
+  /// program's work, see IntegrityCheck.
+  qint64 MostToCheckAtOnce = qint64{16} * 1024 * 1024;
 };
 
 /// The upload that was told to the journal last.
@@ -92,6 +96,12 @@ class Journal final : public BlockSink, public Logbook {
   /// what was not kept and why, a damaged archive that was moved aside. Empty when all is well.
   QString TakeReport();
 
+  /// What the operator should know after a run of sampling: how many of its samples were not kept,
+  /// once, when that is still so two seconds after its end; and a damaged archive that was moved
+  /// aside. Empty when all is well.
+  /// @param atEnd  the program ends: what is not kept by now will be lost.
+  QString TakeLiveReport(bool atEnd = false);
+
   const QString& Path() const { return writer_.Path(); }
 
  private:
@@ -103,6 +113,8 @@ class Journal final : public BlockSink, public Logbook {
   bool WriteWaiting();
   bool FillFor(qint64 ms);
   void Suffer(ArchiveTrouble trouble);
+  bool LookAtCheck();
+  void Settle(IntegrityCheck::Result found);
   void DropOldest();
 
   JournalContext context_;
@@ -110,11 +122,14 @@ class Journal final : public BlockSink, public Logbook {
   ArchiveWriter writer_;
   std::optional<UploadStart> start_;  ///< Of the upload that runs.
   JournalUpload last_;
-  bool told_ = false;       ///< What was not kept of it has been told.
-  qint64 waitsSince_ = -1;  ///< Of the oldest thing unwritten; -1 for none.
+  qint64 liveEndedAt_ = -1;       ///< When a run of sampling has ended, until it is looked after.
+  std::int32_t liveGivenUp_ = 0;  ///< Samples dropped for room before anybody was told.
+  bool told_ = false;             ///< What was not kept of it has been told.
+  qint64 waitsSince_ = -1;        ///< Of the oldest thing unwritten; -1 for none.
   qint64 retryAt_ = 0;
   bool lookedForLeft_ = false;             ///< What another process left has been looked for.
   std::optional<ArchiveTrouble> trouble_;  ///< Of the last attempt.
+  std::optional<IntegrityCheck> check_;    ///< Of a damaged file; nothing is written meanwhile.
   QString movedTo_;                        ///< Where a damaged file went, until it is told.
 };
 

@@ -29,6 +29,8 @@ struct KeptUpload {
   std::optional<UploadState> End = {};
   /// Read from the file, where another process has left it.
   bool Recovered = false;
+  /// It has been said that it was not kept.
+  bool Told = false;
 
   std::int32_t RecordsOf(std::size_t first, std::size_t last) const;
   std::int32_t Records() const { return RecordsOf(0, Blocks.size()); }

@@ -276,10 +276,8 @@ void frmArchive::ApplyFilter() {
   dtpUntil_->setEnabled(chkUntil_->isChecked());
   const QDate since = chkSince_->isChecked() ? dtpSince_->date() : QDate();
   const QDate until = chkUntil_->isChecked() ? dtpUntil_->date() : QDate();
-  for (ArchiveFilter* filter : {&uploadsFilter_, &logbookFilter_}) {
-    filter->SetText(txtFilter_->text());
-    filter->SetDays(since, until);
-  }
+  for (ArchiveFilter* filter : {&uploadsFilter_, &logbookFilter_})
+    filter->Set(txtFilter_->text(), since, until);
   calibrations_->SetFilter(txtFilter_->text(), since, until);
   ShowStatus();
   UpdateButtons();

@@ -20,6 +20,9 @@ CommandFailure ArchiveRefusal(const QString& path, const ArchiveFault& fault) {
       case ArchiveTrouble::Damaged:
         return {u"it is damaged; Tessmar Logger moves it aside and begins a new one",
                 u"es ist beschädigt; Tessmar Logger stellt es beiseite und beginnt ein neues"};
+      case ArchiveTrouble::UnderCheck:
+        return {u"it is being checked for damage; try again later",
+                u"es wird auf Schäden geprüft; später noch einmal versuchen"};
       case ArchiveTrouble::Foreign:
         return {u"it is another program's database",
                 u"es ist die Datenbank eines anderen Programms"};

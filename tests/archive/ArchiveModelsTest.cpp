@@ -154,18 +154,30 @@ TEST_F(ArchiveModels, FilterByWordsAndDays) {
   ArchiveFilter filter;
   const Tester tester(&filter, Tester::FailureReportingMode::Fatal);
   filter.setSourceModel(&model);
-  filter.SetText(u"WELL complete"_s);
+  filter.Set(u"WELL complete"_s, {}, {});
   EXPECT_EQ(Column(filter, UploadsModel::Records), QStringList{u"900"_s});
-  filter.SetText(u"pond"_s);
+  filter.Set(u"pond"_s, {}, {});
   EXPECT_EQ(Column(filter, UploadsModel::Records), QStringList{u"1000"_s});
-  filter.SetText(u"nowhere"_s);
+  filter.Set(u"nowhere"_s, {}, {});
   EXPECT_EQ(filter.rowCount(), 0);
-  filter.SetText({});
-  filter.SetDays(QDate(2026, 3, 3), {});
+  filter.Set({}, QDate(2026, 3, 3), {});
   EXPECT_EQ(filter.rowCount(), 2);
-  filter.SetDays({}, QDate(2026, 3, 2));
+  filter.Set({}, {}, QDate(2026, 3, 2));
   EXPECT_EQ(Column(filter, UploadsModel::Records), QStringList{u"20"_s});
-  filter.SetDays(QDate(2026, 3, 1), QDate(2026, 3, 3));
+  filter.Set({}, QDate(2026, 3, 1), QDate(2026, 3, 3));
+  EXPECT_EQ(filter.rowCount(), 3);
+}
+
+TEST_F(ArchiveModels, TheFilterForgetsWhatTheRowsWere) {
+  UploadsModel model(locale_);
+  model.Set(Uploads(), Names());
+  ArchiveFilter filter;
+  filter.setSourceModel(&model);
+  filter.Set(u"pond"_s, {}, {});
+  EXPECT_EQ(filter.rowCount(), 1);
+  std::vector<UploadRow> uploads = Uploads();
+  for (UploadRow& upload : uploads) upload.Source = u"pond.bin"_s;
+  model.Set(uploads, Names());
   EXPECT_EQ(filter.rowCount(), 3);
 }
 

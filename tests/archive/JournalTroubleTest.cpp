@@ -2,10 +2,12 @@
 // is written once it can be.
 
 #include <gtest/gtest.h>
+
 #include <sys/stat.h>
 
 #include <QDir>
 #include <QFileInfo>
+#include <QThread>
 
 #include "archive/JournalRig.h"
 #include "support/SmallDisk.h"
@@ -163,19 +165,115 @@ TEST_F(JournalTrouble, AFileThatComesBackHasTheUploadOnce) {
   EXPECT_EQ(States(), u"complete 49"_s);
 }
 
+// Overwrites all but the first page of the archive.
+void Break(const QString& path) {
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+  file.seek(4096);
+  file.write(QByteArray(static_cast<int>(file.size()) - 4096, '\x5A'));
+}
+
 TEST_F(JournalTrouble, AFileThatBreaksInMidUploadIsMovedAside) {
   Upload({24, 1});
   journal_->Finish();
-  {
-    QFile file(Path());
-    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
-    file.seek(4096);
-    file.write(QByteArray(static_cast<int>(file.size()) - 4096, '\x5A'));
-  }
+  Break(Path());
   Upload({24, 24});
   EXPECT_EQ(Aside().filter(QRegularExpression(u"Z$"_s)).size(), 1);
   EXPECT_EQ(States(), u"complete 48"_s);
   EXPECT_TRUE(FirstLine().startsWith(u"The archive was damaged."_s));
+}
+
+TEST_F(JournalTrouble, ALargeFileIsCheckedBesideTheUpload) {
+  Upload({24, 1});
+  journal_->Finish();
+  Break(Path());
+  JournalContext context = Context();
+  context.MostToCheckAtOnce = 0;
+  journal_.emplace(Path(), context);
+  Upload({24, 24});
+  // The check has time of its own; until it is over nothing is moved, and nothing waits.
+  for (int i = 0; i < 1000 && Aside().isEmpty(); ++i) {
+    QThread::msleep(5);
+    Pass(100);
+  }
+  Pass(300);
+  EXPECT_EQ(Aside().filter(QRegularExpression(u"Z$"_s)).size(), 1);
+  EXPECT_EQ(States(), u"complete 48"_s);
+}
+
+TEST_F(JournalTrouble, TheEndOfTheProgramWaitsForTheCheck) {
+  Upload({24, 1});
+  journal_->Finish();
+  Break(Path());
+  JournalContext context = Context();
+  context.MostToCheckAtOnce = 0;
+  journal_.emplace(Path(), context);
+  journal_->Begin({});
+  Take({24, 24});
+  journal_->End(UploadEnd::Complete);
+  journal_->Finish();
+  EXPECT_EQ(Aside().filter(QRegularExpression(u"Z$"_s)).size(), 1);
+  EXPECT_EQ(States(), u"complete 48"_s);
+}
+
+TEST_F(JournalTrouble, TheCheckTellsSoundFromDamagedAndFromLost) {
+  Upload({24, 1});
+  journal_->Finish();
+  EXPECT_EQ(IntegrityCheck(Path()).Wait(), IntegrityCheck::Result::Sound);
+  EXPECT_EQ(IntegrityCheck(Path() + u"-none"_s).Wait(), IntegrityCheck::Result::Unknown);
+  Break(Path());
+  EXPECT_EQ(IntegrityCheck(Path()).Wait(), IntegrityCheck::Result::Damaged);
+}
+
+TEST_F(JournalTrouble, ALiveRunThatWasNotKeptIsToldOnceAfterItsEnd) {
+  ASSERT_TRUE(QDir().mkdir(Path()));
+  journal_->Begin({.Kind = UploadKind::Live});
+  Take({1, 1, 1});
+  Pass(5000);
+  EXPECT_EQ(journal_->TakeLiveReport(), QString());
+  journal_->End(UploadEnd::Complete);
+  Pass(1900);
+  EXPECT_EQ(journal_->TakeLiveReport(), QString());
+  Pass(200);
+  EXPECT_EQ(journal_->TakeLiveReport(),
+            u"3 of the 3 live samples are not in the archive. There is no regular file in its"
+            " place.\r\n"_s +
+                Path() +
+                u"\r\n\r\nThey are kept in memory and written as soon as that is possible, while"
+                " the program runs."_s);
+  EXPECT_EQ(journal_->TakeLiveReport(), QString());
+  // The next run has its own count.
+  journal_->Begin({.Kind = UploadKind::Live});
+  Take({1, 1});
+  journal_->End(UploadEnd::Complete);
+  EXPECT_TRUE(journal_->TakeLiveReport(true).startsWith(u"2 of the 2 live samples"_s));
+  ASSERT_TRUE(QDir().rmdir(Path()));
+  Pass(3000);
+  EXPECT_EQ(States(), u"complete 3, complete 2"_s);
+}
+
+TEST_F(JournalTrouble, ALiveRunThatIsWrittenInTimeIsNotTold) {
+  ASSERT_TRUE(QDir().mkdir(Path()));
+  journal_->Begin({.Kind = UploadKind::Live});
+  Take({1, 1, 1});
+  journal_->End(UploadEnd::Complete);
+  ASSERT_TRUE(QDir().rmdir(Path()));
+  Pass(2500);
+  EXPECT_EQ(journal_->TakeLiveReport(), QString());
+  EXPECT_EQ(States(), u"complete 3"_s);
+}
+
+TEST_F(JournalTrouble, AtTheEndOfTheProgramALiveRunIsToldToBeLost) {
+  ASSERT_TRUE(QDir().mkdir(Path()));
+  journal_->Begin({.Kind = UploadKind::Live});
+  Take({1});
+  journal_->End(UploadEnd::Complete);
+  SetTextLanguage(kLanguageGerman);
+  EXPECT_EQ(
+      journal_->TakeLiveReport(true),
+      u"1 von 1 Live-Messwerten sind nicht im Archiv. An seiner Stelle steht keine gewöhnliche"
+      " Datei.\r\n"_s +
+          Path() + u"\r\n\r\nSie gehen verloren."_s);
 }
 
 TEST_F(JournalTrouble, AFullDiskIsToldAndWrittenOnceThereIsRoom) {
