@@ -14,6 +14,7 @@ GRANT INSERT ON tessmar.logger, tessmar.upload, tessmar.block, tessmar.record, t
   TO tessmar_upload;
 GRANT SELECT ON tessmar.version, tessmar.logger TO tessmar_upload;
 GRANT SELECT (id, uuid, ended, records, logger_id, logger_at) ON tessmar.upload TO tessmar_upload;
+GRANT SELECT (upload_id, number) ON tessmar.block, tessmar.record TO tessmar_upload;
 GRANT SELECT (uuid, logger_id, at, kind, into_logger, uploads) ON tessmar.event TO tessmar_upload;
 
 -- What "the last change wins" changes: names, the logger that a thing belongs to, and how an upload ended.

@@ -4,7 +4,7 @@
 packages=(
   g++ cmake ninja-build pkg-config
   qt6-base-dev qt6-base-dev-tools qt6-serialport-dev qt6-svg-dev libqcustomplot-dev qt6-translations-l10n libgl-dev libxcb1-dev
-  libnetcdf-dev
+  libnetcdf-dev libpq-dev
   libqt6sql6-sqlite
   python3 python3-markdown fp-utils
   fonts-dejavu-core

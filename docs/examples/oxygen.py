@@ -16,7 +16,7 @@ COLUMNS = ["logger", "time", "oxygen_mg_per_l"]
 
 # A channel has its own place in each upload's settings; "reading" has each record once.
 QUESTION = """
-    SELECT logger.name, logger_time, (to_jsonb(reading) ->> place)::float8
+    SELECT logger.name, logger_time, tessmar.value_at(reading, place)
     FROM tessmar.logger
     JOIN tessmar.reading ON reading.logger_id = logger.id
     JOIN tessmar.channel USING (upload_id)

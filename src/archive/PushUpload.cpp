@@ -1,7 +1,6 @@
 #include "archive/PushUpload.h"
 
-#include <array>
-
+#include "archive/ServerCopy.h"
 #include "archive/ServerRows.h"
 
 namespace tessmar {
@@ -9,9 +8,8 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// Rows that go at once: enough that the journey costs nothing, few enough to be told of progress.
-constexpr int kRecordsAtOnce = 4000;
-constexpr int kBlocksAtOnce = 2000;
+/// Rows that go at once: enough that it costs nothing, few enough to be told of progress.
+constexpr int kRowsAtOnce = 4000;
 
 QVariant OrNull(const QString& text) {
   return text.isEmpty() ? QVariant() : QVariant(text);
@@ -21,102 +19,87 @@ QVariant OrNull(std::optional<std::int32_t> number) {
   return number ? QVariant(*number) : QVariant();
 }
 
+void AddBlock(ServerRows& rows, qint64 uploadId, qint64 number, const QByteArray& bytes) {
+  rows.AddNumber(uploadId);
+  rows.AddNumber(number);
+  rows.AddBytes(bytes);
+  rows.EndRow();
+}
+
+void AddRecord(ServerRows& rows, qint64 uploadId, const RecordRow& record) {
+  rows.AddNumber(uploadId);
+  rows.AddNumber(record.Number);
+  if (record.Stamp) {
+    rows.AddNumber(*record.Stamp);
+    rows.AddPlain(ServerTime(record.LoggerTime));
+  } else {
+    rows.AddNull();
+    rows.AddNull();
+  }
+  rows.AddBytes(record.Raw);
+  for (const std::optional<double>& value : record.Values) {
+    if (value) {
+      rows.AddReal(*value);
+    } else {
+      rows.AddNull();
+    }
+  }
+  rows.EndRow();
+}
+
 /// The rows of one upload, into its transaction.
 class Rows {
  public:
-  /// @param again  some of the rows may be there already; they stay.
-  Rows(const Server& server, const PieceSent& sent, qint64 serverId, bool again)
-      : server_(server),
-        sent_(sent),
-        id_(serverId),
-        ending_(again ? u" ON CONFLICT DO NOTHING"_s : QString()) {}
+  Rows(const Server& server, const PieceSent& sent, qint64 serverId)
+      : server_(server), sent_(sent), id_(serverId) {}
 
-  void Send(const Store& store, qint64 uploadId) {
-    store.ForEachBlock(uploadId, [this](std::span<const std::uint8_t> block) { Add(block); });
-    SendBlocks();
-    store.ForEachRecord(uploadId, [this](const RecordRow& record) { Add(record); });
-    SendRecords();
+  /// @param blocks, records  that are there already: the first ones, with these numbers.
+  void Send(const Store& store, qint64 uploadId, qint64 blocks = 0, qint64 records = 0) {
+    SendBlocks(store, uploadId, blocks);
+    SendRecords(store, uploadId, records);
     SendChannels(store.Channels(uploadId));
   }
 
  private:
-  void Add(std::span<const std::uint8_t> block) {
-    // Numbered without a gap, as they are read.
-    bytes_.AddBytes(QByteArray::fromRawData(reinterpret_cast<const char*>(block.data()),
-                                            static_cast<qsizetype>(block.size())));
-    if (bytes_.Count() == kBlocksAtOnce) SendBlocks();
+  void SendBlocks(const Store& store, qint64 uploadId, qint64 there) {
+    ServerCopy copy(server_, u"block (upload_id, number, bytes)"_s);
+    qint64 number = 0;
+    store.ForEachBlock(uploadId, [&](std::span<const std::uint8_t> block) {
+      // Numbered without a gap, as they are read.
+      if (++number <= there) return;
+      AddBlock(rows_, id_, number,
+               QByteArray::fromRawData(reinterpret_cast<const char*>(block.data()),
+                                       static_cast<qsizetype>(block.size())));
+      if (rows_.Count() == kRowsAtOnce) SendPiece(copy, 0);
+    });
+    SendPiece(copy, 0);
+    copy.Finish();
   }
 
-  void SendBlocks() {
-    if (bytes_.Count() == 0) return;
-    server_.Run(
-        u"INSERT INTO tessmar.block (upload_id, number, bytes)"
-        " SELECT ?, ? + number, decode(bytes, 'hex')"
-        " FROM unnest(?::text[]) WITH ORDINALITY AS rows (bytes, number)"_s +
-            ending_,
-        {id_, blocks_, bytes_.Text()});
-    blocks_ += bytes_.Count();
-    bytes_.Clear();
-    sent_(0);
+  void SendRecords(const Store& store, qint64 uploadId, qint64 there) {
+    ServerCopy copy(server_,
+                    u"record (upload_id, number, stamp, logger_time, raw, a1, a2, a3, a4, a5, a6,"
+                    " a7, a8, p1, p2)"_s);
+    store.ForEachRecord(uploadId, [&](const RecordRow& record) {
+      if (record.Number <= there) return;
+      AddRecord(rows_, id_, record);
+      if (rows_.Count() == kRowsAtOnce) SendPiece(copy, rows_.Count());
+    });
+    SendPiece(copy, rows_.Count());
+    copy.Finish();
   }
 
-  void Add(const RecordRow& record) {
-    numbers_.AddNumber(record.Number);
-    if (record.Stamp) {
-      stamps_.AddNumber(*record.Stamp);
-      times_.AddText(ServerTime(record.LoggerTime));
-    } else {
-      stamps_.AddNull();
-      times_.AddNull();
-    }
-    raw_.AddBytes(record.Raw);
-    for (std::size_t place = 0; place < values_.size(); ++place) {
-      const std::optional<double>& value = record.Values.at(place);
-      if (value) {
-        values_.at(place).AddReal(*value);
-        used_.at(place) = true;
-      } else {
-        values_.at(place).AddNull();
-      }
-    }
-    if (numbers_.Count() == kRecordsAtOnce) SendRecords();
-  }
-
-  void SendRecords() {
-    if (numbers_.Count() == 0) return;
-    QString columns = u"number, stamp, logger_time, raw"_s;
-    QString from = u"?::integer[], ?::bigint[], ?::timestamp[], ?::text[]"_s;
-    QVariantList values{id_, numbers_.Text(), stamps_.Text(), times_.Text(), raw_.Text()};
-    for (std::size_t place = 0; place < values_.size(); ++place) {
-      // A channel that is off is NULL anyway.
-      if (!used_.at(place)) continue;
-      columns += u", "_s + PlaceName(static_cast<int>(place));
-      from += u", ?::float8[]"_s;
-      values.append(values_.at(place).Text());
-    }
-    QString chosen = columns;
-    chosen.replace(u" raw"_s, u" decode(raw, 'hex')"_s);
-    server_.Run(
-        u"INSERT INTO tessmar.record (upload_id, %1) SELECT ?, %2 FROM unnest(%3)"
-        " AS rows (%1)"_s.arg(columns, chosen, from) +
-            ending_,
-        values);
-    sent_(numbers_.Count());
-    ClearRecords();
-  }
-
-  void ClearRecords() {
-    for (ServerArray* column : {&numbers_, &stamps_, &times_, &raw_}) column->Clear();
-    for (ServerArray& column : values_) column.Clear();
-    used_ = {};
+  void SendPiece(ServerCopy& copy, int records) {
+    copy.Send(rows_.Text());
+    rows_.Clear();
+    sent_(records);
   }
 
   void SendChannels(const std::vector<ChannelRow>& channels) {
     for (const ChannelRow& channel : channels) {
       server_.Run(
           u"INSERT INTO tessmar.channel (upload_id, place, name, unit, decimals, method)"
-          " VALUES (?, ?, ?, ?, ?, ?)"_s +
-              ending_,
+          " VALUES (?, ?, ?, ?, ?, ?) ON CONFLICT DO NOTHING"_s,
           {id_, PlaceName(channel.Place), channel.Name.isNull() ? u""_s : channel.Name,
            channel.Unit.isNull() ? u""_s : channel.Unit, channel.Decimals, OrNull(channel.Method)});
     }
@@ -125,16 +108,16 @@ class Rows {
   const Server& server_;
   const PieceSent& sent_;
   qint64 id_;
-  QString ending_;
-  ServerArray bytes_;
-  int blocks_ = 0;  ///< Sent so far.
-  ServerArray numbers_;
-  ServerArray stamps_;
-  ServerArray times_;
-  ServerArray raw_;
-  std::array<ServerArray, kPlaces> values_;
-  std::array<bool, kPlaces> used_ = {};
+  ServerRows rows_;
 };
+
+// How many rows of an upload are there; they are the first ones, for they came whole.
+qint64 CountThere(const Server& server, const QString& table, qint64 serverId) {
+  QSqlQuery query = server.Run(
+      u"SELECT coalesce(max(number), 0) FROM tessmar.%1 WHERE upload_id = ?"_s.arg(table),
+      {serverId});
+  return query.next() ? query.value(0).toLongLong() : 0;
+}
 
 UploadRow Existing(const Store& store, qint64 id) {
   const std::optional<UploadRow> upload = store.Upload(id);
@@ -167,7 +150,7 @@ bool PushUpload(const Store& store, const Server& server, qint64 uploadId,
       return false;
     throw ServerFault(ServerTrouble::Refused, u"the logger of an upload is not there"_s);
   }
-  Rows(server, sent, made.value(0).toLongLong(), false).Send(store, uploadId);
+  Rows(server, sent, made.value(0).toLongLong()).Send(store, uploadId);
   transaction.Commit();
   return true;
 }
@@ -185,7 +168,10 @@ bool PushChangedUpload(const Store& store, const Server& server, qint64 uploadId
       {NameOf(upload.State), OrNull(UtcText(upload.Ended)), upload.Records, upload.Uuid,
        OrNull(UtcText(upload.Ended)), upload.Records});
   if (!changed.next()) return false;
-  Rows(server, sent, changed.value(0).toLongLong(), true).Send(store, uploadId);
+  const qint64 id = changed.value(0).toLongLong();
+  Rows(server, sent, id)
+      .Send(store, uploadId, CountThere(server, u"block"_s, id),
+            CountThere(server, u"record"_s, id));
   transaction.Commit();
   return true;
 }

@@ -114,6 +114,18 @@ QSqlQuery Server::Run(const QString& sql, const QVariantList& values) const {
   return query;
 }
 
+void* Server::LibpqConnection() const {
+  // Its type is known to the plugin by its own name or by that of libpq.
+  const QVariant handle = database_.driver()->handle();
+  const QByteArray type(handle.typeName());
+  void* const connection = type == "PGconn*" || type == "pg_conn*"
+                               ? *static_cast<void* const*>(handle.constData())
+                               : nullptr;
+  if (connection == nullptr)
+    throw ServerFault(ServerTrouble::Lost, u"no connection of libpq, but a "_s + handle.typeName());
+  return connection;
+}
+
 ServerTransaction::ServerTransaction(const Server& server) : server_(server) {
   server_.Run(u"BEGIN"_s);
 }

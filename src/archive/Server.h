@@ -30,6 +30,9 @@ class Server {
   /// Runs one statement with its values in place of the question marks: numbers, texts, or null.
   QSqlQuery Run(const QString& sql, const QVariantList& values = {}) const;
 
+  /// The connection as libpq knows it; not null.
+  void* LibpqConnection() const;
+
  private:
   QString Literal(const QVariant& value) const;
 

@@ -3,6 +3,8 @@
 #include <QDateTime>
 #include <QLocale>
 #include <QStringList>
+#include <array>
+#include <charconv>
 
 namespace tessmar {
 namespace {
@@ -43,6 +45,49 @@ void ServerArray::AddBytes(const QByteArray& value) {
 }
 
 void ServerArray::Clear() {
+  content_.resize(0);
+  count_ = 0;
+}
+
+void ServerRows::Add(const char* value, std::size_t size) {
+  if (begun_) content_ += '\t';
+  content_.append(value, static_cast<qsizetype>(size));
+  begun_ = true;
+}
+
+void ServerRows::AddNumber(qint64 value) {
+  std::array<char, 24> digits{};
+  const auto end = std::to_chars(digits.begin(), digits.end(), value);
+  Add(digits.data(), static_cast<std::size_t>(end.ptr - digits.data()));
+}
+
+void ServerRows::AddReal(double value) {
+  std::array<char, 32> digits{};
+  const auto end = std::to_chars(digits.begin(), digits.end(), value);
+  Add(digits.data(), static_cast<std::size_t>(end.ptr - digits.data()));
+}
+
+void ServerRows::AddPlain(const QString& value) {
+  if (value.isNull()) {
+    AddNull();
+    return;
+  }
+  const QByteArray text = value.toLatin1();
+  Add(text.constData(), static_cast<std::size_t>(text.size()));
+}
+
+void ServerRows::AddBytes(const QByteArray& value) {
+  const QByteArray text = "\\\\x" + value.toHex();
+  Add(text.constData(), static_cast<std::size_t>(text.size()));
+}
+
+void ServerRows::EndRow() {
+  content_ += '\n';
+  begun_ = false;
+  ++count_;
+}
+
+void ServerRows::Clear() {
   content_.resize(0);
   count_ = 0;
 }

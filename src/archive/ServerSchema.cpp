@@ -110,7 +110,12 @@ const QStringList kSecondStep{
     "    AS copy"
     "   FROM tessmar.upload u JOIN tessmar.record r ON r.upload_id = u.id"
     "   WHERE u.kind <> 'live') c) d"
-    " WHERE nth = 1"_s};
+    " WHERE nth = 1"_s,
+    u"CREATE FUNCTION tessmar.value_at(r tessmar.reading, place text) RETURNS float8"
+    " LANGUAGE sql IMMUTABLE AS $$ SELECT CASE place"
+    " WHEN 'a1' THEN r.a1 WHEN 'a2' THEN r.a2 WHEN 'a3' THEN r.a3 WHEN 'a4' THEN r.a4"
+    " WHEN 'a5' THEN r.a5 WHEN 'a6' THEN r.a6 WHEN 'a7' THEN r.a7 WHEN 'a8' THEN r.a8"
+    " WHEN 'p1' THEN r.p1 WHEN 'p2' THEN r.p2 END $$"_s};
 
 constexpr std::array kSteps{&kFirstStep, &kSecondStep};
 

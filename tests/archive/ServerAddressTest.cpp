@@ -124,6 +124,25 @@ TEST(ServerArray, IsWhatTheServerReads) {
   EXPECT_EQ(array.Count(), 8);
 }
 
+TEST(ServerRows, AreWhatCopyReads) {
+  tessmar::ServerRows rows;
+  rows.AddNumber(-7);
+  rows.AddNull();
+  rows.AddReal(0.1);
+  rows.AddPlain(u"2026-03-03T12:00:00"_s);
+  rows.EndRow();
+  rows.AddBytes(QByteArray("\x00\xff", 2));
+  rows.AddBytes({});
+  rows.AddPlain({});
+  rows.AddReal(-1e300);
+  rows.EndRow();
+  EXPECT_EQ(rows.Text().toStdString(),
+            "-7\t\\N\t0.1\t2026-03-03T12:00:00\n\\\\x00ff\t\\\\x\t\\N\t-1e+300\n");
+  EXPECT_EQ(rows.Count(), 2);
+  rows.Clear();
+  EXPECT_TRUE(rows.Text().isEmpty());
+}
+
 TEST(ServerTimes, CarryOverWhatADayDoesNotHave) {
   EXPECT_EQ(ServerTime(u"2026-03-03T23:59:59"_s), u"2026-03-03T23:59:59"_s);
   EXPECT_EQ(ServerTime(u"2026-03-03T24:01:63"_s), u"2026-03-04T00:02:03"_s);

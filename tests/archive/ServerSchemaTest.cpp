@@ -120,7 +120,7 @@ TEST_F(ServerSchema, ARoleThatMayNotMakeTablesIsTold) {
 
 TEST_F(ServerSchema, ARoleThatMayNotUpgradeThemIsTold) {
   Push(1);
-  Admin->Run(u"DROP VIEW tessmar.reading"_s);
+  Admin->Run(u"DROP VIEW tessmar.reading CASCADE"_s);
   Admin->Run(u"DROP FUNCTION tessmar.forget_upload CASCADE"_s);
   Admin->Run(u"DELETE FROM tessmar.version WHERE number = 2"_s);
   const QString stranger = Stranger();
