@@ -185,6 +185,24 @@ TEST(WriteCsv, ARecordWithoutATimeHasAnEmptyOne) {
   EXPECT_TRUE(Written(rig.Table(), u"n"_s, true).endsWith("\r\n, 1.00, 2.00, 3\r\n"));
 }
 
+// Into the next day and back, as where a clock was set back, and to the same day of the next month.
+TEST(WriteCsv, TheDateFollowsTheRecordsForwardsAndBack) {
+  constexpr std::uint32_t kDay = 1U << 17;
+  constexpr std::uint32_t kMonth = 1U << 22;
+  TableRig rig(1, 0);
+  rig.EnableAnalog(0, u"%"_s);
+  for (const std::uint32_t stamp :
+       {kStamp, kStamp + kDay, kStamp + kDay + kMinute, kStamp, kStamp + kMonth})
+    rig.Add(stamp, {100});
+  EXPECT_TRUE(Written(rig.Table(), u"n"_s, false)
+                  .endsWith("Date, Time, %\r\n"
+                            "12/26/10, 15:47:29, 1.00\r\n"
+                            "12/27/10, 15:47:29, 1.00\r\n"
+                            "12/27/10, 15:48:29, 1.00\r\n"
+                            "12/26/10, 15:47:29, 1.00\r\n"
+                            "1/26/11, 15:47:29, 1.00\r\n"));
+}
+
 // More than is written to the file in one go, and values that stand still across the seams.
 TEST(WriteCsv, KeepsValuesThatStandStillThroughALongFile) {
   TableRig rig(2, 0);
@@ -208,6 +226,14 @@ TEST(WriteCsv, KeepsAValueThatStandsStillInTheShortestRows) {
   for (int i = 0; i < 4; ++i) rig.Buffer.Append(record);
   EXPECT_EQ(Written(rig.Table(), u"Pond"_s, true),
             "Pond,12/27/2010,3:05:12 PM\r\nDate Time, %\r\n, 7\r\n, 7\r\n, 7\r\n, 7\r\n");
+}
+
+TEST(WriteCsv, KeepsAValueOfManyDigitsThatStandsStillWhole) {
+  TableRig rig(0, 1);
+  rig.EnablePulse(0, u"Pulses"_s, 999999, 6);
+  for (int i = 0; i < 3; ++i) rig.Add(kStamp, {65535});
+  const QByteArray row = "12/26/10, 15:47:29, 65534934465.000000\r\n";
+  EXPECT_TRUE(Written(rig.Table(), u"n"_s, false).endsWith("Pulses\r\n" + row + row + row));
 }
 
 TEST(WriteCsv, TellsTheRowsAsItGoes) {
