@@ -17,7 +17,7 @@ namespace tessmar {
 class Checkpoint {
  public:
   /// A side file of this size is worth it.
-  static constexpr qint64 kWorthBytes = 4 * 1024 * 1024;
+  static constexpr qint64 kWorthBytes = qint64{4} * 1024 * 1024;
 
   Checkpoint();
   /// Waits for one under way.
