@@ -1,6 +1,6 @@
 // What a full history costs: decoding, cells, pack, CSV beside a plain copy of the same file and
-// beside sqlite3 exporting the same table, and the import of a full image. The numbers are for
-// reading, never for a test.
+// beside sqlite3 exporting the same table, the archive's exports, and the import of a full image.
+// The numbers are for reading, never for a test.
 
 #include <benchmark/benchmark.h>
 
@@ -13,6 +13,7 @@
 #include <array>
 #include <random>
 
+#include "archive/SaveExport.h"
 #include "history/CsvExport.h"
 #include "history/HistoryBuffer.h"
 #include "history/HistoryTable.h"
@@ -123,6 +124,24 @@ void SaveAll(benchmark::State& state) {
   state.SetBytesProcessed(state.iterations() * QFileInfo(path).size());
 }
 BENCHMARK(SaveAll)->ArgName("noise")->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+
+// The files that the archive's window and the command write, by ExportKind.
+void ExportAll(benchmark::State& state) {
+  const FullHistory history(true);
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(u"history"_s);
+  const ExportForm form{.Kind = static_cast<ExportKind>(state.range(0)),
+                        .Locale = history.Locale,
+                        .Saved = kHead.Saved,
+                        .Program = u"bench"_s};
+  for (auto _ : state) {
+    ExportSource source = SourceOfBuffer(history.Buffer, history.Settings, 8, 2);
+    if (SaveExport(path, source, form, [](std::int64_t) { return true; }) != kRecords)
+      state.SkipWithError("not all was written");
+  }
+  state.SetBytesProcessed(state.iterations() * QFileInfo(path).size());
+}
+BENCHMARK(ExportAll)->ArgName("kind")->Arg(0)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond);
 
 void CopyTheSameFile(benchmark::State& state) {
   const FullHistory history(true);

@@ -15,15 +15,15 @@ namespace {
 constexpr int kBitsPerByte = 8;
 constexpr std::int64_t kRecordsPerLook = 4096;
 
-LiveSample SampleOf(const RecordRow& row) {
+LiveSample SampleOf(std::optional<std::uint32_t> stamp, const QByteArray& raw) {
   LiveSample sample;
-  sample.HasTime = row.Stamp.has_value();
-  sample.PackedTime = row.Stamp.value_or(0);
-  const int words = std::min(static_cast<int>(row.Raw.size()) / 2, kSampleValues);
+  sample.HasTime = stamp.has_value();
+  sample.PackedTime = stamp.value_or(0);
+  const int words = std::min(static_cast<int>(raw.size()) / 2, kSampleValues);
   for (int i = 0; i < words; ++i) {
-    sample.Value[static_cast<std::size_t>(i)] =
-        static_cast<std::uint8_t>(row.Raw[qsizetype{2} * i]) |
-        static_cast<std::uint8_t>(row.Raw[qsizetype{2} * i + 1]) << kBitsPerByte;
+    sample.Value[static_cast<std::size_t>(i)] = static_cast<std::uint8_t>(raw[qsizetype{2} * i]) |
+                                                static_cast<std::uint8_t>(raw[qsizetype{2} * i + 1])
+                                                    << kBitsPerByte;
   }
   return sample;
 }
@@ -50,9 +50,9 @@ std::int32_t ClearingsBefore(const std::vector<EventRow>& events, const QDateTim
 void ForEachSample(const Store& store, const UploadRow& upload,
                    const std::function<void(const LiveSample&)>& take) {
   bool any = false;
-  store.ForEachRecord(upload.Id, [&](const RecordRow& record) {
+  store.ForEachStored(upload.Id, [&](std::optional<std::uint32_t> stamp, const QByteArray& raw) {
     any = true;
-    take(SampleOf(record));
+    take(SampleOf(stamp, raw));
   });
   if (any) return;
   LinkState link;
@@ -100,8 +100,8 @@ ArchivedSeries LoadSeries(const Store& store, qint64 logger, const LoadProgress&
     const int size = RecordSize(row.Analog, row.Pulse);
     std::vector<std::uint8_t>& bytes = series.Bytes.emplace_back();
     bytes.reserve(static_cast<std::size_t>(row.Records) * static_cast<std::size_t>(size));
-    store.ForEachRecord(row.Id, [&](const RecordRow& record) {
-      if (record.Stamp) AddBytes(bytes, *record.Stamp, record.Raw, size);
+    store.ForEachStored(row.Id, [&](std::optional<std::uint32_t> stamp, const QByteArray& raw) {
+      if (stamp) AddBytes(bytes, *stamp, raw, size);
       if (++read % kRecordsPerLook == 0 && progress) progress(read);
     });
     series.Rows.push_back(row);

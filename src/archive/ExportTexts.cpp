@@ -27,7 +27,7 @@ constexpr std::array kRows{
     Row{Id::Cancelling, u"Cancelling...", u"Wird abgebrochen..."},
     Row{Id::Done, u"%1 records in %2", u"%1 Datensätze in %2"},
     Row{Id::DoneDisagreeing, u"%1 records in %2; %3 of them where uploads disagree", u"%1 Datensätze in %2; davon %3, wo sich Abrufe widersprechen"},
-    Row{Id::Cancelled, u"Cancelled; %1 is as it was", u"Abgebrochen; %1 ist wie vorher"},
+    Row{Id::Cancelled, u"Cancelled; nothing was written to %1", u"Abgebrochen; in %1 wurde nichts geschrieben"},
     Row{Id::NoRecords, u"There are no records to export.", u"Es gibt keine Datensätze zu exportieren."},
     Row{Id::NoLibrary, u"NetCDF files need the package libnetcdf19, which is not installed.", u"Für NetCDF-Dateien fehlt das Paket libnetcdf19."},
     Row{Id::NoMemory, u"There is not enough memory. Choose CSV, which needs less.", u"Der Arbeitsspeicher reicht nicht. CSV braucht weniger."},

@@ -79,6 +79,9 @@ class Store {
                     const std::function<void(std::span<const std::uint8_t>)>& take) const;
   /// Hands over the records of an upload in their order; none while it runs.
   void ForEachRecord(qint64 uploadId, const std::function<void(const RecordRow&)>& take) const;
+  /// The same with stamp and words alone, which is several times as quick.
+  void ForEachStored(qint64 uploadId, const std::function<void(std::optional<std::uint32_t> stamp,
+                                                               const QByteArray& raw)>& take) const;
   std::vector<ChannelRow> Channels(qint64 uploadId) const;
   /// Of one logger, or of all for 0: the newest first.
   std::vector<EventRow> Events(qint64 loggerId = 0) const;

@@ -172,6 +172,19 @@ void Store::ForEachRecord(qint64 uploadId,
   while (query.next()) take(RecordOf(query));
 }
 
+void Store::ForEachStored(qint64 uploadId,
+                          const std::function<void(std::optional<std::uint32_t> stamp,
+                                                   const QByteArray& raw)>& take) const {
+  QSqlQuery query =
+      Run(u"SELECT stamp, raw FROM record WHERE upload_id = ? ORDER BY number"_s, {uploadId});
+  while (query.next()) {
+    const QVariant stamp = query.value(0);
+    take(stamp.isNull() ? std::nullopt
+                        : std::optional(static_cast<std::uint32_t>(stamp.toLongLong())),
+         query.value(1).toByteArray());
+  }
+}
+
 std::vector<ChannelRow> Store::Channels(qint64 uploadId) const {
   std::vector<ChannelRow> channels;
   QSqlQuery query =

@@ -2,6 +2,7 @@
 
 #include <QFile>
 #include <QLabel>
+#include <QProcess>
 #include <QProgressBar>
 #include <QTableView>
 
@@ -37,10 +38,13 @@ ShownTable ReadTable() {
   });
 }
 
-QStringList LinesOf(const QString& path) {
+QByteArray BytesOf(const QString& path) {
   QFile file(path);
-  if (!file.open(QIODevice::ReadOnly)) return {};
-  const QString text = QString::fromUtf8(file.readAll());
+  return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+QStringList LinesOf(const QString& path) {
+  const QString text = QString::fromUtf8(BytesOf(path));
   QStringList lines = text.split(u"\r\n"_s);
   // The last line has an end as well.
   if (!lines.isEmpty() && lines.last().isEmpty()) lines.removeLast();
@@ -115,6 +119,54 @@ TEST(HistoryRoad, SavesWhatTheTableShows) {
   });
   EXPECT_EQ(trouble, QString());
   EXPECT_EQ(desk.StoredValue(u"CSVDateTimeSingleColumn"_s), u"Yes"_s);
+}
+
+/// What the command writes of the archive's first upload, as a shell would have it.
+QByteArray ExportedByCommand(const Desk& desk) {
+  const QString file = desk.Path(u"command.csv"_s);
+  QProcess command;
+  QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+  environment.insert(u"LC_ALL"_s, u"C.UTF-8"_s);
+  environment.insert(u"XDG_CONFIG_HOME"_s, desk.Path(u"config"_s));
+  command.setProcessEnvironment(environment);
+  command.start(QStringLiteral(TESSMAR_COMMAND), {u"archive"_s, u"export"_s, u"1"_s, file,
+                                                  u"--archive"_s, desk.Path(u"archive.sqlite"_s)});
+  EXPECT_TRUE(command.waitForFinished());
+  EXPECT_EQ(command.exitCode(), 0) << command.readAllStandardError().toStdString();
+  return BytesOf(file);
+}
+
+// Archive and command write the file that the viewer saves; but for its first line, which has the
+// time of saving.
+TEST(HistoryRoad, TheArchiveAndTheCommandExportWhatTheViewerSaves) {
+  const QString archive = u"frmArchive"_s;
+  Desk desk({u"--records"_s, u"150"_s});
+  const QString trouble = desk.Work([&] {
+    desk.Connect();
+    desk.OpenViewer();
+    Save(desk.Path(u"viewer.csv"_s));
+    Robot::Click(kViewer, u"cmdOK"_s);
+    Robot::WaitForNoForm(kViewer);
+
+    Robot::Trigger(u"frmMain"_s, u"mnuArchive"_s);
+    Robot::WaitForForm(archive);
+    Robot::Click(archive, u"cmdExport"_s);
+    Robot::TakeFile(desk.Path(u"archive.csv"_s));
+    Robot::WaitForText(archive, u"lblStatus"_s, u"150 records in "_s + desk.Path(u"archive.csv"_s));
+    Robot::Click(archive, u"cmdClose"_s);
+    Robot::WaitForNoForm(archive);
+    desk.Disconnect();
+    desk.CloseMainWindow();
+  });
+  EXPECT_EQ(trouble, QString());
+  const auto behindFirstLine = [](const QByteArray& bytes) {
+    EXPECT_TRUE(bytes.startsWith("Mill Pond 3,")) << bytes.left(80).toStdString();
+    return bytes.mid(bytes.indexOf("\r\n"));
+  };
+  const QByteArray viewer = behindFirstLine(BytesOf(desk.Path(u"viewer.csv"_s)));
+  EXPECT_EQ(viewer.count("\r\n"), 152);
+  EXPECT_TRUE(behindFirstLine(BytesOf(desk.Path(u"archive.csv"_s))) == viewer);
+  EXPECT_TRUE(behindFirstLine(ExportedByCommand(desk)) == viewer);
 }
 
 TEST(HistoryRoad, StoppedInTheMiddleShowsWhatArrived) {
