@@ -61,6 +61,16 @@ def fresh(database):
     server(f"CREATE DATABASE {database}", "postgres")
 
 
+def processor_seconds():
+    """Of all clients and all of the server's processes that have ended."""
+    time.sleep(0.3)
+    folder = pathlib.Path(os.environ["TESSMAR_TEST_SERVER"])
+    postmaster = (folder / "data" / "postmaster.pid").read_text().split()[0]
+    fields = pathlib.Path(f"/proc/{postmaster}/stat").read_text().rpartition(")")[2].split()
+    clients = os.times()
+    return (int(fields[13]) + int(fields[14])) / os.sysconf("SC_CLK_TCK") + clients.children_user + clients.children_system
+
+
 class Fleet:
     """The archives of all laptops."""
 
@@ -127,7 +137,7 @@ class Fleet:
 
 
 def push_all(desk, paths):
-    """Brings all archives at once. Gives the seconds."""
+    """Brings all archives at once. Gives the seconds, and the records."""
     server("CHECKPOINT", "postgres")
     began = time.monotonic()
     processes = [desk.start("archive", "push", "postgresql:///fleet", "--archive", path, "--json") for path in paths]
@@ -142,7 +152,8 @@ def push_all(desk, paths):
 
 
 def copy_all(folder, streams):
-    """A plain COPY of the same rows into the same tables of another database. Gives the seconds."""
+    """A plain COPY of the same rows into the same tables of another database. Gives the seconds, and
+    those of the processor."""
     fresh("plain")
     tables = subprocess.run([PROGRAMS / "pg_dump", "--schema-only", "fleet"], check=True, capture_output=True).stdout
     subprocess.run(["psql", "--quiet", "--dbname=plain"], input=tables, check=True, stdout=subprocess.DEVNULL)
@@ -152,15 +163,17 @@ def copy_all(folder, streams):
                 subprocess.run(["psql", "--quiet", "--dbname=fleet", f"--command=COPY (SELECT * FROM tessmar.{table}"
                                 f" WHERE upload_id % {streams} = {i}) TO STDOUT"], check=True, stdout=rows)
     server("CHECKPOINT", "postgres")
+    before = processor_seconds()
     began = time.monotonic()
     processes = [subprocess.Popen(["psql", "--quiet", "--dbname=plain",
                                    *(f"--command=\\copy tessmar.{table} FROM '{folder}/{table}{i}'" for table in COPIED)])
                  for i in range(streams)]
     assert all(process.wait() == 0 for process in processes)
     seconds = time.monotonic() - began
+    processor = processor_seconds() - before
     for file in folder.iterdir():
         file.unlink()
-    return seconds
+    return seconds, processor
 
 
 def ask_all():
@@ -186,20 +199,24 @@ def step(fleet, folder, loggers, before):
     records = loggers * fleet.months * fleet.each
     fresh("fleet")
     paths = fleet.archives(loggers)
+    before_push = processor_seconds()
     pushed, count = push_all(fleet.desk, paths)
+    push_processor = processor_seconds() - before_push
     assert count == records, (count, records)
     there, = server("SELECT (SELECT count(*) FROM tessmar.record), (SELECT sum(records) FROM tessmar.upload),"
                     " (SELECT count(DISTINCT logger_id) FROM tessmar.upload)")
     assert there == (records, records, loggers), there
     for path in paths:
         pathlib.Path(path).unlink()
-    copied = copy_all(folder, LAPTOPS)
+    copied, copy_processor = copy_all(folder, LAPTOPS)
     assert server("SELECT count(*) FROM tessmar.record", "plain") == [(records,)]
     size, = server("SELECT pg_database_size('fleet')")[0]
     server("DROP DATABASE plain WITH (FORCE)", "postgres")
     server("VACUUM ANALYZE")
     figure(f"{loggers} loggers, {records} records by {LAPTOPS} laptops", f"{pushed:.2f}", "s", f"COPY {copied:.2f} s",
            pushed / copied)
+    figure("  processor, both sides", f"{push_processor:.2f}", "s", f"COPY {copy_processor:.2f} s",
+           push_processor / copy_processor)
     figure("  records a second", f"{records / pushed:.0f}")
     figure("  size of the database", f"{size / 1e6:.0f}", "MB", f"{size / records:.0f} bytes a record")
     answers = ask_all()
@@ -215,9 +232,11 @@ def push_once(desk):
     fleet = Fleet(desk, 40000, 1)
     fresh("fleet")
     path = fleet.archive("one.sqlite", [(logger, 0) for logger in range(5)])
+    before = processor_seconds()
     seconds, count = push_all(desk, [path])
     assert count == 200000
     figure("push of 200000 records", f"{seconds:.2f}", "s", "at most 5", seconds / 5)
+    figure("  processor, both sides", f"{processor_seconds() - before:.2f}", "s")
 
 
 def check(answers, fleet, loggers):
