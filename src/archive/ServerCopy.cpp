@@ -4,9 +4,9 @@
 
 #include <QLibrary>
 #include <QVariant>
+#include <type_traits>
 
 namespace tessmar {
-namespace {
 
 using namespace Qt::StringLiterals;
 
@@ -45,6 +45,8 @@ struct Libpq {
   }
 };
 
+namespace {
+
 PGconn* ConnectionOf(void* connection) {
   return static_cast<PGconn*>(connection);
 }
@@ -68,23 +70,20 @@ void Drain(const Libpq& pq, PGconn* connection) {
 }  // namespace
 
 ServerCopy::ServerCopy(const Server& server, const QString& table)
-    : connection_(server.LibpqConnection()) {
-  const Libpq& pq = Libpq::Loaded();
+    : pq_(Libpq::Loaded()), connection_(server.LibpqConnection()) {
   const QByteArray statement = u"COPY tessmar.%1 FROM STDIN"_s.arg(table).toUtf8();
-  Check(pq, pq.Exec(ConnectionOf(connection_), statement.constData()), PGRES_COPY_IN);
+  Check(pq_, pq_.Exec(ConnectionOf(connection_), statement.constData()), PGRES_COPY_IN);
   open_ = true;
 }
 
 ServerCopy::~ServerCopy() {
   if (!open_) return;
-  const Libpq& pq = Libpq::Loaded();
-  pq.PutCopyEnd(ConnectionOf(connection_), "broken off");
-  Drain(pq, ConnectionOf(connection_));
+  pq_.PutCopyEnd(ConnectionOf(connection_), "broken off");
+  Drain(pq_, ConnectionOf(connection_));
 }
 
 void ServerCopy::Send(const QByteArray& rows) {
-  const Libpq& pq = Libpq::Loaded();
-  if (pq.PutCopyData(ConnectionOf(connection_), rows.constData(), static_cast<int>(rows.size())) ==
+  if (pq_.PutCopyData(ConnectionOf(connection_), rows.constData(), static_cast<int>(rows.size())) ==
       1)
     return;
   // Why, the server has said already, or nobody is there.
@@ -93,12 +92,11 @@ void ServerCopy::Send(const QByteArray& rows) {
 }
 
 void ServerCopy::Finish() {
-  const Libpq& pq = Libpq::Loaded();
   open_ = false;
-  pq.PutCopyEnd(ConnectionOf(connection_), nullptr);
-  PGresult* const result = pq.GetResult(ConnectionOf(connection_));
-  Drain(pq, ConnectionOf(connection_));
-  Check(pq, result, PGRES_COMMAND_OK);
+  pq_.PutCopyEnd(ConnectionOf(connection_), nullptr);
+  PGresult* const result = pq_.GetResult(ConnectionOf(connection_));
+  Drain(pq_, ConnectionOf(connection_));
+  Check(pq_, result, PGRES_COMMAND_OK);
 }
 
 }  // namespace tessmar

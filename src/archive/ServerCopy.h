@@ -7,8 +7,10 @@
 
 namespace tessmar {
 
-/// Rows on their way into a table by COPY, the quickest way there is. Qt's plugin does not offer it,
-/// so this speaks to the libpq that the plugin has loaded.
+struct Libpq;
+
+/// Rows on their way into a table by COPY, the quickest way there is. Qt's plugin does not offer
+/// it, so this speaks to the libpq that the plugin has loaded.
 ///
 /// Nothing else may be done with the server until Finish, or until this is gone: a copy that was
 /// not finished is called off, and the transaction can only be rolled back. Every function throws
@@ -26,6 +28,7 @@ class ServerCopy {
   void Finish();
 
  private:
+  const Libpq& pq_;
   void* connection_;  ///< libpq's.
   bool open_ = false;
 };
