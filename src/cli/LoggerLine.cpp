@@ -140,6 +140,8 @@ void LoggerLine::KeepAll() {
 
 // That somebody looked at a logger is a remark; that it was changed, and nobody will know, is not.
 void LoggerLine::TellOfLogbook() {
+  const QString report = Archive.TakeReport();
+  if (!report.isEmpty()) environment_.Out.Complaint(report);
   if (Archive.EventsWaiting() == 0) return;
   const QString text =
       TwoLanguages{u"this is not in the logbook; archive %1: %2",

@@ -162,6 +162,20 @@ TEST_F(LogbookTest, AnArchiveThatCannotBeHadIsToldAndStopsNothing) {
   EXPECT_EQ(Words(), QString());
 }
 
+TEST_F(LogbookTest, ADamagedArchiveIsMovedAsideAndThatIsTold) {
+  ASSERT_EQ(Run({u"status"_s, u"COM9"_s}), 0);
+  QByteArray archive = ReadFile(File("archive.sqlite"));
+  archive.replace(100, archive.size() - 100, QByteArray(archive.size() - 100, '\xAA'));
+  WriteFile(File("archive.sqlite"), archive);
+  EXPECT_EQ(Run({u"status"_s, u"COM9"_s, u"--quiet"_s}), 0);
+  EXPECT_TRUE(
+      Words().startsWith(u"tessmar: The archive was damaged. It was moved aside, and a new "
+                         u"one was begun: "_s))
+      << Words().toStdString();
+  EXPECT_EQ(Words().count(u'\n'), 1);
+  EXPECT_EQ(Book(), QStringList{kConnected});
+}
+
 TEST_F(LogbookTest, AnArchiveThatIsLockedIsWaitedFor) {
   ASSERT_EQ(Run({u"status"_s, u"COM9"_s}), 0);
   OtherProgram other(File("archive.sqlite"));

@@ -80,6 +80,7 @@ void Desk::MakeProgram() {
           .StorePath = StorePath(),
           .PortNames = u"COM9=%1,Simulated logger"_s.arg(Path(u"logger"_s)),
           .ArchivePath = Path(u"archive.sqlite"_s),
+          .LogPath = Path(u"tessmar.log"_s),
           .EndProcess =
               [this] {
                 endedAtOnce_ = true;

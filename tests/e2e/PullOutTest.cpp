@@ -21,6 +21,9 @@ TEST(AdapterPulledOut, WhileIdleThenConnectsAgain) {
     desk.Connect();
     desk.PullOut();
     ExpectNoSpin();
+    // Nothing on the screen tells of it; the log does.
+    EXPECT_TRUE(desk.TheProgram().Log().Last(3).join(u'\n').contains(
+        u"COM9: the device is gone; plug it in again"_s));
     Robot::Click(kMain, u"cmdGetSettings"_s);
     Robot::WaitFor(u"the button to do no more than that"_s,
                    [&] { return !desk.TheProgram().Link().Busy; });

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QPointer>
 #include <QProgressBar>
@@ -131,6 +132,43 @@ TEST_F(UploadDialog, StopInARetryWaitSaysWhatArrivedAndHides) {
       {u"Retrieve Cancelled by User.  Received 30 records of 2500 records."_s, 16,
        u"Get History Data"_s}};
   EXPECT_EQ(messages_.All, expected);
+}
+
+// Enter presses the button that has the focus, and the key that began the upload, which comes while
+// the focus is on the bar, does not end it.
+TEST_F(UploadDialog, EnterPressesTheButtonThatHasTheFocusAndNoOther) {
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+    const auto enterOn = [&](QWidget* target) {
+      target->setFocus();
+      QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+      QApplication::sendEvent(target, &press);
+    };
+    Make({.Records = 25});
+    bool ranOn = false;
+    rig_->Port.OnWrite = [&, answer = rig_->Port.OnWrite](const test::Bytes& bytes) {
+      if (rig_->Asked().size() == 2) {
+        enterOn(Bar());
+        ranOn = dialog_->UploadState() == u"Running"_s;
+      }
+      answer(bytes);
+    };
+    Run();
+    EXPECT_TRUE(ranOn);
+    EXPECT_EQ(Text(u"lblGetHistoryData"_s), u"Upload complete: 25 records uploaded."_s);
+    enterOn(Okay());
+    EXPECT_EQ(dialog_->UploadState(), u"Okay"_s);
+    EXPECT_FALSE(dialog_->isVisible());
+
+    Make({.Records = 2500});
+    rig_->Port.OnWrite = [&, answer = rig_->Port.OnWrite](const test::Bytes& bytes) {
+      if (rig_->Asked().size() == 3) enterOn(Stop());
+      answer(bytes);
+    };
+    Run();
+    EXPECT_EQ(dialog_->UploadState(), u"Cancel"_s);
+    EXPECT_FALSE(dialog_->isVisible());
+    EXPECT_LE(rig_->Asked().size(), 4U);
+  }
 }
 
 TEST_F(UploadDialog, StopWithTheLastBlockInTheHandHidesTheCompletedUploadAtOnce) {

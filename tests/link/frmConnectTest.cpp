@@ -466,6 +466,38 @@ TEST(frmConnect, CancelInTheModemWindowClosesBothWithoutAMessage) {
   }
 }
 
+TEST(frmConnect, EnterInTheModemWindowPressesTheButtonThatHasTheFocusAndNoOther) {
+  for (const Qt::Key key : {Qt::Key_Return, Qt::Key_Enter}) {
+    FormBench bench;
+    bench.Load();
+    bench.Click(u"optModem"_s);
+    bench.Combo(u"cmbNumber"_s).setEditText(u"555-0100"_s);
+    const auto enterOn = [&](const QString& name) {
+      auto* text = bench.Form->findChild<QPlainTextEdit*>(u"txtModem"_s);
+      ASSERT_NE(text, nullptr);
+      text->window()->activateWindow();
+      auto* target = text->window()->findChild<QWidget*>(name);
+      ASSERT_NE(target, nullptr);
+      target->setFocus();
+      ASSERT_TRUE(target->hasFocus());
+      QKeyEvent press(QEvent::KeyPress, key, Qt::NoModifier);
+      QCoreApplication::sendEvent(target, &press);
+    };
+    bool goesOn = false;
+    bench.Loop.After(5'000, [&] { enterOn(u"txtModem"_s); });
+    bench.Loop.After(6'000, [&] {
+      goesOn = bench.Port.IsOpen();
+      enterOn(u"cmdCancel"_s);
+    });
+    bench.Click(u"cmdConnect"_s);
+    EXPECT_TRUE(goesOn) << "the key in the text ended the call";
+    EXPECT_EQ(bench.Loop.NowMs(), 6'000);
+    EXPECT_FALSE(bench.Form->isVisible());
+    EXPECT_FALSE(bench.Port.IsOpen());
+    EXPECT_THAT(bench.Messages.All, IsEmpty());
+  }
+}
+
 TEST(frmConnect, SurvivesTheEndOfTheProgramWhileDialling) {
   FormBench bench;
   bench.Load();

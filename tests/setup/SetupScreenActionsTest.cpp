@@ -289,6 +289,18 @@ TEST_F(SetupScreenActionsTest, AProgramThatEndsUnderAQuestionStartsNothingAndTak
   }
 }
 
+TEST_F(SetupScreenActionsTest, TheDefaultsAreNotLoadedOnTheWordOfAProgramThatIsEnding) {
+  rig_.Open();
+  const LoggerSettings before = rig_.Settings;
+  rig_.Field("txtName").setText(u"Weir"_s);
+  rig_.Messages.Answers = {kYes};
+  rig_.Messages.OnMessage = [this] { rig_.Loop.End(); };
+  rig_.Choose("mnuInitialize");
+  EXPECT_EQ(Titles(), QStringList{u"Initialize to Default Values"_s});
+  EXPECT_EQ(rig_.Field("txtName").text(), u"Weir"_s);
+  EXPECT_EQ(rig_.Settings, before);
+}
+
 TEST_F(SetupScreenActionsTest, AnAdapterLostWhileTheScreenIsOpenLeavesItUsable) {
   rig_.Open();
   rig_.LoseAdapter();
