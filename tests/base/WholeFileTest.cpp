@@ -182,6 +182,23 @@ TEST_F(WholeFileTest, KnowsAFolderThatTakesNewFiles) {
   EXPECT_FALSE(TakesNewFiles(Path(u"a"_s)));
 }
 
+// As in the system's folder for everyone's files: who may write another's file may not replace it.
+TEST(WholeFileOfAnother, IsWrittenDirectlyInAFolderOfEveryone) {
+  if (::geteuid() != 0) GTEST_SKIP() << "only root can make another's file";
+  const QTemporaryDir folder;
+  const QString path = folder.filePath(u"a"_s);
+  Put(path, "a long old text");
+  ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), 01777), 0);
+  ASSERT_EQ(::chmod(QFile::encodeName(path).constData(), 0666), 0);
+  {
+    const test::OrdinaryUser user;
+    EXPECT_EQ(WriteTrouble(path), std::nullopt);
+    EXPECT_EQ(Failure(path, "new text"), std::nullopt);
+  }
+  EXPECT_EQ(Content(path), "new text");
+  EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), QStringList{u"a"_s});
+}
+
 class WholeFileOnAFullDisk : public testing::Test {
  protected:
   bool IsFull(const std::optional<FileCause>& cause) const {

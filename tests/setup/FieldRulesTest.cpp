@@ -85,6 +85,10 @@ TEST(FieldRules, ShowTheirMessagesAsFormatErrors) {
   }
 }
 
+TEST(NameField, GetsABlankForEachControlCharacter) {
+  EXPECT_EQ(Leave("txtName", u"Well\n4\tnorth\u2028side"_s), Accepted(u"Well 4 north side"_s));
+}
+
 TEST(NameField, TrimsAndCutsToThirtyTwoCharacters) {
   EXPECT_EQ(Leave("txtName", u"  Well 4 "_s), Accepted(u"Well 4"_s));
   EXPECT_EQ(Leave("txtName", QString(40, u'a')), Accepted(QString(32, u'a')));
