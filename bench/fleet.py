@@ -219,6 +219,9 @@ def step(fleet, folder, loggers, before):
            push_processor / copy_processor)
     figure("  records a second", f"{records / pushed:.0f}")
     figure("  size of the database", f"{size / 1e6:.0f}", "MB", f"{size / records:.0f} bytes a record")
+    for what, function in (("record", "pg_relation_size"), ("its key", "pg_indexes_size")):
+        taken, = server(f"SELECT {function}('tessmar.record')")[0]
+        figure(f"  of it {what}", f"{taken / 1e6:.0f}", "MB", f"{taken / records:.0f} bytes a record")
     answers = ask_all()
     for name, (ms, rows) in answers.items():
         was = before.get(name)

@@ -130,6 +130,19 @@ TEST_F(Sharing, TheLastNameWinsWhoeverComesFirst) {
   }
 }
 
+TEST_F(Sharing, ANameThatTheOfficeGaveStandsUntilALaterOne) {
+  const qint64 logger = See(1, u"Well"_s);
+  RenameLogger(Laptop(1), logger, u"early"_s, Hour(3));
+  Push(1);
+  Admin->Run(u"UPDATE tessmar.logger SET name = 'office', name_at = '2026-03-03T05:00:00Z'"_s);
+  RenameLogger(Laptop(1), logger, u"middle"_s, Hour(4));
+  Push(1);
+  EXPECT_EQ(NameThere(u"Well"_s), u"office"_s);
+  RenameLogger(Laptop(1), logger, u"late"_s, Hour(6));
+  Push(1);
+  EXPECT_EQ(NameThere(u"Well"_s), u"late"_s);
+}
+
 TEST_F(Sharing, ANameGivenInTheSameSecondIsTheSameWhoeverComesFirst) {
   for (const bool turned : {false, true}) {
     const QString name = turned ? u"Pond"_s : u"Well"_s;
