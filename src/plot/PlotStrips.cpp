@@ -4,10 +4,10 @@
 #include <cmath>
 
 #include "measure/Scaling.h"
+#include "plot/AxisTickers.h"
 #include "plot/MarkLines.h"
 #include "plot/PlotTexts.h"
 #include "plot/SeriesGraph.h"
-#include "plot/TimeTicks.h"
 
 namespace tessmar {
 namespace {
@@ -22,30 +22,6 @@ constexpr int kValueTickDistance = 34;  // Pixels.
 QColor Colour(Rgb rgb) {
   return {rgb.Red, rgb.Green, rgb.Blue};
 }
-
-/// Round times, as many as have room.
-class TimeTicker final : public QCPAxisTicker {
- public:
-  explicit TimeTicker(const SystemLocale& locale) : locale_(locale) {}
-
-  void SetMost(int most) { most_ = most; }
-
-  void generate(const QCPRange& range, const QLocale& /*locale*/, QChar /*format*/,
-                int /*precision*/, QVector<double>& ticks, QVector<double>* subTicks,
-                QVector<QString>* labels) override {
-    ticks.clear();
-    if (subTicks != nullptr) subTicks->clear();
-    if (labels != nullptr) labels->clear();
-    for (const TimeTick& tick : TimeTicks({range.lower, range.upper}, most_, locale_)) {
-      ticks.append(tick.Time);
-      if (labels != nullptr) labels->append(tick.Label);
-    }
-  }
-
- private:
-  const SystemLocale& locale_;
-  int most_ = 8;
-};
 
 }  // namespace
 
@@ -142,6 +118,8 @@ void PlotStrips::AddStrip(const QString& unit, int row) {
   strip.Rect->setMinimumSize(50, kLeastStripHeight);
   strip.Rect->setupFullAxesBox(false);
   strip.Rect->setMarginGroup(QCP::msLeft | QCP::msRight, margins_);
+  strip.Rect->axis(QCPAxis::atLeft)
+      ->setTicker(QSharedPointer<ValueTicker>::create(*strip.Rect, *this));
   plotLayout()->addElement(row, 0, strip.Rect);
 
   // Beside the strip, where it hides nothing.

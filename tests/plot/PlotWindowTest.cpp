@@ -8,6 +8,7 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QPdfWriter>
+#include <QPrinter>
 #include <QPushButton>
 #include <QTableView>
 #include <QTemporaryDir>
@@ -359,6 +360,55 @@ TEST_F(PlotWindow, TheCursorLetsGoOfARecordWithoutACorrectedTime) {
   Find<QCheckBox>(u"chkCorrected"_s)->click();
   EXPECT_EQ(Text(u"lblCursor"_s), u""_s);
   EXPECT_FALSE(Canvas().CursorRecord().has_value());
+}
+
+TEST_F(PlotWindow, LabelsOfLowStripsStayApart) {
+  SeriesSet set = Day();
+  // Twelve strips, each from 0 to 1, where a label would stand at the top.
+  const Series model = set.Channels[0];
+  set.Channels.clear();
+  for (int i = 0; i < 12; ++i) {
+    set.Channels.push_back(model);
+    set.Channels.back().Unit = u"u%1"_s.arg(i);
+    for (std::size_t k = 0; k < set.Times.size(); ++k)
+      set.Channels.back().Values[k] = static_cast<double>(k % 2);
+  }
+  Open(set);
+  const double half = Canvas().fontMetrics().height() / 2.0;
+  for (int strip = 0; strip < 12; ++strip) {
+    const QCPAxisRect* rect = Canvas().axisRect(strip);
+    const QCPAxis* axis = rect->axis(QCPAxis::atLeft);
+    const QVector<double> ticks = axis->tickVector();
+    const QVector<QString> labels = axis->tickVectorLabels();
+    bool any = false;
+    double below = rect->bottom() + 4 * half;
+    for (qsizetype i = 0; i < ticks.size(); ++i) {
+      if (!axis->range().contains(ticks[i]) || labels[i].isEmpty()) continue;
+      any = true;
+      const double place = axis->coordToPixel(ticks[i]);
+      EXPECT_GE(place - half, rect->top() - 1) << strip;
+      EXPECT_GE(below - place, 2 * half - 1) << strip;
+      below = place;
+    }
+    EXPECT_TRUE(any) << strip;
+  }
+}
+
+TEST_F(PlotWindow, PrintsOnOnePageOfPaper) {
+  Open(Day());
+  const QString path = folder_.filePath(u"paper.pdf"_s);
+  QPrinter printer(QPrinter::HighResolution);
+  printer.setOutputFormat(QPrinter::PdfFormat);
+  printer.setOutputFileName(path);
+  printer.setPageSize(QPageSize(QPageSize::A4));
+  printer.setPageOrientation(QPageLayout::Landscape);
+  PaintPicture({*data_, locale_, Canvas(), u"Well 7"_s, {1200, 800}}, printer);
+  const QByteArray page = Saved(u"paper.pdf"_s);
+  EXPECT_TRUE(page.startsWith("%PDF"));
+  EXPECT_EQ(page.count("/Type /Page\n"), 1);
+  EXPECT_TRUE(page.contains("/MediaBox [0 0 84"));
+  // More than an empty page, which has less than 3000 bytes.
+  EXPECT_GT(page.size(), 10000);
 }
 
 TEST_F(PlotWindow, SaysThatPointsAreJoinedAtAnyDistance) {
