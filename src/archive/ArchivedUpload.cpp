@@ -5,6 +5,7 @@
 #include <span>
 
 #include "archive/ClockReadings.h"
+#include "archive/ImageOrder.h"
 #include "archive/RecordMaker.h"
 #include "base/Fault.h"
 #include "measure/Sample.h"
@@ -43,6 +44,17 @@ std::int32_t ClearingsBefore(const std::vector<EventRow>& events, const QDateTim
     return (event.Entry.Kind == EventKind::Cleared || event.Entry.Kind == EventKind::Initialized) &&
            event.At < time;
   }));
+}
+
+// Brings the records of an image file into the logger's order where that is known.
+void BeginWithOldest(const Store& store, const UploadRow& row, std::vector<std::uint8_t>& bytes) {
+  const std::optional<UploadRow> whole = store.Upload(row.Id);
+  if (!whole) return;
+  const int size = RecordSize(row.Analog, row.Pulse);
+  const bool wraps =
+      MayHaveWrapped(SettingsOfImage(whole->Settings, row.Analog, row.Pulse), size, row.Records);
+  const std::int32_t oldest = OldestOfImage({.Records = bytes, .RecordSize = size}, wraps);
+  std::ranges::rotate(bytes, bytes.begin() + std::ptrdiff_t{oldest} * size);
 }
 
 }  // namespace
@@ -104,6 +116,7 @@ ArchivedSeries LoadSeries(const Store& store, qint64 logger, const LoadProgress&
       if (stamp) AddBytes(bytes, *stamp, raw, size);
       if (++read % kRecordsPerLook == 0 && progress) progress(read);
     });
+    if (row.Kind == UploadKind::Image) BeginWithOldest(store, row, bytes);
     series.Rows.push_back(row);
   }
   for (std::size_t i = 0; i < series.Rows.size(); ++i) {

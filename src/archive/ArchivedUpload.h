@@ -30,8 +30,9 @@ ArchivedUpload LoadUpload(const Store& store, qint64 upload);
 /// The series of a logger as it stands in the archive.
 struct ArchivedSeries {
   std::vector<UploadRow> Rows;  ///< Its uploads of history and images with records, oldest first.
-  std::vector<std::vector<std::uint8_t>> Bytes;  ///< Of each, its stored records.
-  std::vector<SeriesUpload> Uploads;             ///< The same for the series; refers to Bytes.
+  /// Of each, its stored records; those of an image file in the logger's order, see OldestOfImage.
+  std::vector<std::vector<std::uint8_t>> Bytes;
+  std::vector<SeriesUpload> Uploads;  ///< The same for the series; refers to Bytes.
   LoggerSeries Series;
   std::vector<ClockReading> Readings;   ///< What is known of the logger's clock.
   std::vector<std::int64_t> Corrected;  ///< By record of the series, see CorrectedTimes.
