@@ -189,6 +189,18 @@ TEST(HistoryTable, ASourceThatIsEnabledButThatTheLoggerLacksReadsZero) {
   EXPECT_EQ(rig.Table().CellText(0, 1), u"0.0"_s);
 }
 
+// The first pulse count stands in the place that a further channel would have.
+TEST(HistoryTable, ASourceBehindTheLastChannelDoesNotReadThePulses) {
+  TableRig rig(1, 1);
+  rig.EnableAnalog(0, u"PSS"_s, 1);
+  rig.EnableAnalog(1, u"uS/cm"_s);
+  rig.Settings.Do.EnableSalinityDisplay = 1;
+  rig.Settings.Do.ConductivityChannel = 1;
+  rig.Settings.Do.ConductivityUnits = 1;
+  rig.Add(kStamp, {4000, 60000});
+  EXPECT_EQ(rig.Table().CellText(0, 1), u"0.0"_s);
+}
+
 TEST(HistoryTable, RelayColumnsStandBetweenAnalogAndPulseWhenTheyAreOn) {
   TableRig rig(2, 1);
   rig.EnableAnalog(1, u"Volts"_s, 3);

@@ -59,6 +59,11 @@ TEST(ScaleRaw, LimitsCloserThanATenThousandthGiveTheUpperLimitForEveryRawValue) 
   EXPECT_EQ(ScaleRaw(Channel(0, 65535, 0.00005, 0), 0), 0);
 }
 
+TEST(ScaleRaw, LimitsALittleFartherApartAreAScale) {
+  EXPECT_DOUBLE_EQ(ScaleRaw(Channel(0, 60000, 0, 0.00018), 20000), 0.00006);
+  EXPECT_DOUBLE_EQ(ScaleRaw(Channel(0, 60000, 0.00018, 0), 20000), 0.00012);
+}
+
 TEST(ScaleRaw, TakesAWordOf65535AsAnOrdinaryValue) {
   EXPECT_DOUBLE_EQ(ScaleRaw(Channel(0, 65535, 0, 100), 65535), 100);
 }
