@@ -25,14 +25,14 @@ struct ExportColumn {
 
 /// What an export says beside its rows.
 struct ExportHead {
-  QString LoggerName;
-  QString LoggerModel;
-  QString LoggerUuid;
-  QString Firmware;
-  QString Source;   ///< Which uploads the rows come from, in words.
-  QString Program;  ///< Name and version of the program that writes.
-  QString Saved;    ///< When, ISO 8601 with "Z".
-  std::vector<ExportColumn> Columns;
+  QString LoggerName = {};
+  QString LoggerModel = {};
+  QString LoggerUuid = {};
+  QString Firmware = {};
+  QString Source = {};   ///< Which uploads the rows come from, in words.
+  QString Program = {};  ///< Name and version of the program that writes.
+  QString Saved = {};    ///< When, ISO 8601 with "Z".
+  std::vector<ExportColumn> Columns = {};
 };
 
 /// One record of an export.
