@@ -16,6 +16,7 @@
 #include <QTableView>
 #include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "base/FileTrouble.h"
 #include "base/TextTable.h"
@@ -282,6 +283,21 @@ void frmPlot::ShowStatistics() {
   statistics_->SetRows(byDay ? StatisticsByDay(data_, channels, pltPlot_->View())
                              : StatisticsIn(data_, channels, pltPlot_->View()),
                        byDay);
+  ShowChannelNamesWhole(byDay ? 1 : 0);
+}
+
+// The numbers share what the names leave.
+void frmPlot::ShowChannelNamesWhole(int column) {
+  int width = 0;
+  for (const Series& series : data_.Set().Channels)
+    width = std::max(width, fontMetrics().horizontalAdvance(ChannelName(series)));
+  width = std::min(width + fontMetrics().height(), tblStatistics_->width() / 3);
+  QHeaderView& header = *tblStatistics_->horizontalHeader();
+  if (header.sectionResizeMode(column) == QHeaderView::Fixed && header.sectionSize(column) == width)
+    return;
+  header.setSectionResizeMode(QHeaderView::Stretch);
+  header.setSectionResizeMode(column, QHeaderView::Fixed);
+  header.resizeSection(column, width);
 }
 
 void frmPlot::Describe() {

@@ -74,6 +74,7 @@ class frmPlot : public QDialog {
   void ShowCursorText();
   void ShowNotes();
   void ShowStatistics();
+  void ShowChannelNamesWhole(int column);
   void Describe();
   void cmdRow_Click();
   void cmdSave_Click();

@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QClipboard>
 #include <QFile>
+#include <QHeaderView>
 #include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
@@ -392,6 +393,20 @@ TEST_F(PlotWindow, LabelsOfLowStripsStayApart) {
     }
     EXPECT_TRUE(any) << strip;
   }
+}
+
+TEST_F(PlotWindow, ShowsTheNamesOfTheChannelsWhole) {
+  Open(Day());
+  const auto* table = Find<QTableView>(u"tblStatistics"_s);
+  const int name = table->fontMetrics().horizontalAdvance(u"Pulse channel 1 (mm)"_s);
+  EXPECT_GT(table->columnWidth(0), name);
+  Find<QCheckBox>(u"chkByDay"_s)->click();
+  Settle();
+  EXPECT_GT(table->columnWidth(1), name);
+  Find<QCheckBox>(u"chkByDay"_s)->click();
+  Settle();
+  EXPECT_GT(table->columnWidth(0), name);
+  EXPECT_LE(table->horizontalHeader()->length(), table->viewport()->width());
 }
 
 TEST_F(PlotWindow, PrintsOnOnePageOfPaper) {
