@@ -31,6 +31,8 @@ constexpr int kBlocks = 20000;  // Of ten records, until the buffer is full.
 
 const QString kMain = u"frmMain"_s;
 const QString kViewer = u"frmHistory"_s;
+const QString kPlot = u"frmPlot"_s;
+const QString kTrend = u"frmTrend"_s;
 
 /// Sees every event of the user interface: counts what is painted, and takes the time from a press
 /// to the first paint of the viewer's table.
@@ -95,8 +97,10 @@ class WindowFigures {
     WaitForIdle();
     MeasureIdle();
     MeasureSampling();
+    MeasureTrend();
     OpenFullHistory();
     MeasureScrolling();
+    MeasurePlot();
     desk_.CloseMainWindow();
   }
 
@@ -151,6 +155,18 @@ class WindowFigures {
     WaitForIdle();
   }
 
+  void MeasureTrend() {
+    Robot::Click(kMain, u"chkSampleContinuously"_s);
+    Robot::Trigger(kMain, u"mnuTrend"_s);
+    Robot::WaitForForm(kTrend);
+    Robot::Pause(3000);
+    Print({u"the same with the live trend: processor"_s, Watch(kSamplingMs).Percent, u"% of core"_s,
+           Budget::AtMost, 2});
+    Robot::InGui([] { Robot::Form(kTrend)->close(); });
+    Robot::Click(kMain, u"chkSampleContinuously"_s);
+    WaitForIdle();
+  }
+
   void OpenFullHistory() {
     QElapsedTimer timer;
     Robot::Click(kMain, u"cmdGetHistoryData"_s);
@@ -192,6 +208,15 @@ class WindowFigures {
     Print({u"scrolling end to end: a page, median"_s, Median(pages), u"ms"_s, Budget::AtMost, 16});
     Print({u"scrolling end to end: a page, 99 of 100"_s, pages[pages.size() * 99 / 100], u"ms"_s,
            Budget::AtMost, 16});
+  }
+
+  void MeasurePlot() {
+    Robot::Click(kViewer, u"cmdPlot"_s);
+    Robot::WaitForForm(kPlot);
+    Robot::Pause(2000);
+    Print({u"memory, the plot of it open too: resident"_s, StatusMegabytes("VmRSS"), u"MB"_s,
+           Budget::AtMost, 160});
+    Robot::InGui([] { Robot::Form(kPlot)->close(); });
   }
 
   Desk& desk_;
