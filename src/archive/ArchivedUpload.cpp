@@ -54,7 +54,7 @@ void BeginWithOldest(const Store& store, const UploadRow& row, std::vector<std::
   const bool wraps =
       MayHaveWrapped(SettingsOfImage(whole->Settings, row.Analog, row.Pulse), size, row.Records);
   const std::int32_t oldest = OldestOfImage({.Records = bytes, .RecordSize = size}, wraps);
-  std::ranges::rotate(bytes, bytes.begin() + std::ptrdiff_t{oldest} * size);
+  std::rotate(bytes.begin(), bytes.begin() + std::ptrdiff_t{oldest} * size, bytes.end());
 }
 
 }  // namespace

@@ -58,8 +58,8 @@ Told ToldByEvents(const Store& store, qint64 loggerId) {
   while (events.next()) {
     const std::optional<EventKind> kind = EventKindOf(events.value(0).toString());
     if (!kind) continue;
-    const Told told = ToldBy({.Kind = *kind, .After = events.value(2).toByteArray()},
-                             UtcTime(events.value(1).toString()));
+    Told told = ToldBy({.Kind = *kind, .After = events.value(2).toByteArray()},
+                       UtcTime(events.value(1).toString()));
     if (told.Anything) return told;
   }
   return {};

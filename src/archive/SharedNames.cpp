@@ -88,7 +88,7 @@ void EventColumns::Add(const EventRow& event, const QString& logger) {
   Into.AddText(moves ? UuidOf(ObjectOf(entry.After).value("into"_L1)) : QString());
   QStringList uploads;
   if (moves) {
-    for (const QJsonValue& upload : ObjectOf(entry.Before).value("uploads"_L1).toArray()) {
+    for (const auto& upload : ObjectOf(entry.Before).value("uploads"_L1).toArray()) {
       const QString uuid = UuidOf(upload);
       if (!uuid.isEmpty()) uploads.append(uuid);
     }
