@@ -32,7 +32,6 @@ constexpr int kBlocks = 20000;  // Of ten records, until the buffer is full.
 const QString kMain = u"frmMain"_s;
 const QString kViewer = u"frmHistory"_s;
 const QString kPlot = u"frmPlot"_s;
-const QString kTrend = u"frmTrend"_s;
 
 /// Sees every event of the user interface: counts what is painted, and takes the time from a press
 /// to the first paint of the viewer's table.
@@ -158,11 +157,11 @@ class WindowFigures {
   void MeasureTrend() {
     Robot::Click(kMain, u"chkSampleContinuously"_s);
     Robot::Trigger(kMain, u"mnuTrend"_s);
-    Robot::WaitForForm(kTrend);
+    Robot::WaitForForm(kPlot);
     Robot::Pause(3000);
     Print({u"the same with the live trend: processor"_s, Watch(kSamplingMs).Percent, u"% of core"_s,
            Budget::AtMost, 2});
-    Robot::InGui([] { Robot::Form(kTrend)->close(); });
+    Robot::InGui([] { Robot::Form(kPlot)->close(); });
     Robot::Click(kMain, u"chkSampleContinuously"_s);
     WaitForIdle();
   }
