@@ -8,6 +8,7 @@
 #include "app/SupportDetails.h"
 #include "app/VersionText.h"
 #include "app/frmAbout.h"
+#include "archive/ArchiveQuestions.h"
 #include "archive/frmArchive.h"
 #include "base/FileNames.h"
 #include "history/GetHistoryData.h"

@@ -84,7 +84,11 @@ class frmMain final : public QMainWindow, public MainScreen {
 
  private:
   template <typename Widget>
-  Widget* Add(Widget* widget, const QString& name);
+  Widget* Add(Widget* widget, const QString& name) {
+    widget->setObjectName(name);
+    controls_.insert(name, widget);
+    return widget;
+  }
   QGroupBox* MakeMeter(int channel);
   QGroupBox* MakeValueFrame(const QString& frame, const QString& label, int characters);
   QGroupBox* MakeRelayPanel();
