@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QDir>
 #include <QFile>
@@ -9,10 +10,31 @@
 
 #include "support/SmallDisk.h"
 
+namespace {
+int renameError = 0;  // What the system's rename is refused with; 0 while it is not.
+}  // namespace
+
+// The linker puts this in front of the system's rename, see the CMake list.
+extern "C" int __real_rename(const char* from, const char* to);
+extern "C" int __wrap_rename(const char* from, const char* to) {
+  if (renameError == 0) return __real_rename(from, to);
+  errno = renameError;
+  return -1;
+}
+
 namespace tessmar {
 namespace {
 
 using namespace Qt::StringLiterals;
+
+/// While it lives, the system refuses to give a file another name.
+class RefusedRename {
+ public:
+  explicit RefusedRename(int error) { renameError = error; }
+  RefusedRename(const RefusedRename&) = delete;
+  RefusedRename& operator=(const RefusedRename&) = delete;
+  ~RefusedRename() { renameError = 0; }
+};
 
 QByteArray Content(const QString& path) {
   QFile file(path);
@@ -182,9 +204,30 @@ TEST_F(WholeFileTest, KnowsAFolderThatTakesNewFiles) {
   EXPECT_FALSE(TakesNewFiles(Path(u"a"_s)));
 }
 
+TEST_F(WholeFileTest, IsWrittenDirectlyWhereItMayNotBeReplaced) {
+  for (const int error : {EPERM, EACCES, EBUSY}) {
+    Put(Path(u"a"_s), "a long old text");
+    const RefusedRename refused(error);
+    EXPECT_EQ(Failure(Path(u"a"_s), "new text"), std::nullopt) << error;
+    EXPECT_EQ(Content(Path(u"a"_s)), "new text") << error;
+    EXPECT_EQ(Files(), QStringList{u"a"_s}) << error;
+  }
+}
+
+TEST_F(WholeFileTest, StaysAsItWasWhenReplacingFails) {
+  Put(Path(u"a"_s), "old");
+  {
+    const RefusedRename refused(EIO);
+    EXPECT_TRUE(Failure(Path(u"a"_s), "new text"));
+  }
+  EXPECT_EQ(Content(Path(u"a"_s)), "old");
+  EXPECT_EQ(Files(), QStringList{u"a"_s});
+}
+
 // As in the system's folder for everyone's files: who may write another's file may not replace it.
+// For root the system itself refuses; who cannot make another's file has it refused.
 TEST(WholeFileOfAnother, IsWrittenDirectlyInAFolderOfEveryone) {
-  if (::geteuid() != 0) GTEST_SKIP() << "only root can make another's file";
+  const RefusedRename refused(::geteuid() == 0 ? 0 : EPERM);
   const QTemporaryDir folder;
   const QString path = folder.filePath(u"a"_s);
   Put(path, "a long old text");
