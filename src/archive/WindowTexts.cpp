@@ -94,6 +94,7 @@ constexpr std::array kRows{
     Row{Id::BinEmptied, u"The bin is empty", u"Der Papierkorb ist leer"},
     Row{Id::UploadTooLarge, u"Only the first %1 records of this upload fit into the viewer.", u"Nur die ersten %1 Datensätze dieses Abrufs passen in die Anzeige."},
     Row{Id::UploadEmpty, u"This upload has no records.", u"Dieser Abruf hat keine Datensätze."},
+    Row{Id::ChangedElsewhere, u"Another program has changed the archive. What was chosen is there no more; the window shows what there is.", u"Ein anderes Programm hat das Archiv geändert. Das Gewählte ist nicht mehr da; das Fenster zeigt, was da ist."},
     Row{Id::NotRead, u"The archive cannot be read.", u"Das Archiv kann nicht gelesen werden."},
     Row{Id::NotChanged, u"The archive was not changed.", u"Das Archiv wurde nicht geändert."},
     Row{Id::Damaged, u"It is damaged.", u"Es ist beschädigt."},

@@ -2,7 +2,6 @@
 
 #include <QDir>
 #include <QFileInfo>
-#include <QInputDialog>
 #include <QItemSelectionModel>
 #include <QKeyEvent>
 #include <QLabel>
@@ -22,7 +21,6 @@
 #include "archive/SeriesSets.h"
 #include "archive/WindowTexts.h"
 #include "base/TextTable.h"
-#include "ui/ActiveWindow.h"
 #include "ui/EnterKey.h"
 
 namespace tessmar {
@@ -206,6 +204,9 @@ bool frmArchive::Change(const std::function<void(Store& store)>& change) {
   } catch (const ArchiveFault& fault) {
     TellFault(fault, GetText(Id::NotChanged));
     return false;
+  } catch (const RangeFault&) {
+    TellChanged();
+    return false;
   }
   Load();
   Choose(logger);
@@ -223,6 +224,14 @@ void frmArchive::TellFault(const ArchiveFault& fault, const QString& what) {
                         kExclamation, windowTitle());
 }
 
+// What was chosen is there no more: another program has changed the archive under the window.
+void frmArchive::TellChanged() {
+  const std::optional<qint64> logger = ChosenLogger();
+  Load();
+  Choose(logger);
+  parts_.Message.MsgBox(GetText(Id::ChangedElsewhere), kInformation, windowTitle());
+}
+
 std::optional<ArchivedUpload> frmArchive::Read() {
   const std::vector<qint64> chosen = ChosenUploads();
   if (chosen.size() != 1) return std::nullopt;
@@ -232,6 +241,9 @@ std::optional<ArchivedUpload> frmArchive::Read() {
     upload = LoadUpload(store_, chosen.front());
   } catch (const ArchiveFault& fault) {
     TellFault(fault, GetText(Id::NotRead));
+    return std::nullopt;
+  } catch (const RangeFault&) {
+    TellChanged();
     return std::nullopt;
   }
   if (upload->Cut) {
@@ -256,9 +268,13 @@ std::optional<SeriesSet> frmArchive::ReadSeries() {
   } catch (const ArchiveFault& fault) {
     TellFault(fault, GetText(Id::NotRead));
     return std::nullopt;
+  } catch (const RangeFault&) {
+    TellChanged();
+    return std::nullopt;
   }
-  parts_.Message.MsgBox(GetText(Id::SeriesEmpty).arg(NameOfLogger(*logger)), kInformation,
-                        windowTitle());
+  parts_.Message.MsgBox(
+      logger ? GetText(Id::SeriesEmpty).arg(NameOfLogger(*logger)) : GetText(Id::UploadEmpty),
+      kInformation, windowTitle());
   return std::nullopt;
 }
 
@@ -369,35 +385,6 @@ void frmArchive::cmdEmpty_Click() {
   std::vector<qint64> uploads;
   for (const UploadRow& upload : binned_) uploads.push_back(upload.Id);
   if (Change([&](Store& store) { EmptyBin(store, uploads); })) ShowStatus(GetText(Id::BinEmptied));
-}
-
-std::optional<QString> AskArchiveText(const QString& title, const QString& prompt,
-                                      const QString& present) {
-  QInputDialog dialog(ActiveWindow());
-  dialog.setObjectName(u"frmArchiveText"_s);
-  dialog.setWindowTitle(title);
-  dialog.setLabelText(prompt);
-  dialog.setTextValue(present);
-  dialog.setOkButtonText(GetText(TextId::OK));
-  dialog.setCancelButtonText(GetText(TextId::Cancel));
-  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-  return dialog.textValue();
-}
-
-std::optional<int> AskArchiveChoice(const QString& title, const QString& prompt,
-                                    const QStringList& choices) {
-  QInputDialog dialog(ActiveWindow());
-  dialog.setObjectName(u"frmArchiveChoice"_s);
-  dialog.setWindowTitle(title);
-  dialog.setLabelText(prompt);
-  dialog.setComboBoxItems(choices);
-  dialog.setOption(QInputDialog::UseListViewForComboBoxItems);
-  dialog.setOkButtonText(GetText(TextId::OK));
-  dialog.setCancelButtonText(GetText(TextId::Cancel));
-  if (dialog.exec() != QDialog::Accepted) return std::nullopt;
-  const auto chosen = choices.indexOf(dialog.textValue());
-  if (chosen < 0) return std::nullopt;
-  return static_cast<int>(chosen);
 }
 
 }  // namespace tessmar

@@ -94,6 +94,7 @@ class frmArchive : public QDialog {
   /// Changes the archive and shows it anew; a fault is told. @return false then.
   bool Change(const std::function<void(Store& store)>& change);
   void TellFault(const ArchiveFault& fault, const QString& what);
+  void TellChanged();
   std::optional<ArchivedUpload> Read();
   std::optional<SeriesSet> ReadSeries();
   /// The logger whose series is chosen: that of the list while none of its uploads is chosen.
@@ -151,11 +152,5 @@ class frmArchive : public QDialog {
   QPushButton* cmdEmpty_;
   QPushButton* cmdClose_;
 };
-
-/// The questions of ArchiveParts as dialogs over a window.
-std::optional<QString> AskArchiveText(const QString& title, const QString& prompt,
-                                      const QString& present);
-std::optional<int> AskArchiveChoice(const QString& title, const QString& prompt,
-                                    const QStringList& choices);
 
 }  // namespace tessmar

@@ -60,6 +60,7 @@ class ArchiveWindow : public ArchiveFolder {
         .Locale = locale_,
         .CsvDateTimeSingleColumn = option_,
         .AppPath = folder_.path(),
+        .Program = {},
         .Ending = [this] { return ending_; },
         .AskText =
             [this](const QString& title, const QString& prompt, const QString& present) {
@@ -155,6 +156,51 @@ TEST_F(ArchiveWindow, OpensTheChosenUploadWithItsOwnSettings) {
   ChooseLogger(0);
   Uploads()->selectAll();
   EXPECT_FALSE(Find<QPushButton>(u"cmdOpen"_s)->isEnabled());
+}
+
+// Two programs look at one archive, and the other has emptied its bin.
+TEST_F(ArchiveWindow, SaysThatAnotherProgramHasTakenTheUploadAway) {
+  Fill();
+  Open();
+  ChooseLogger(1);
+  Uploads()->selectRow(0);
+  ASSERT_TRUE(OtherProgram(Path()).Do(u"DELETE FROM upload WHERE logger_id = %1"_s.arg(pond_)));
+  Press(u"cmdOpen"_s);
+  ASSERT_EQ(messages_.All.size(), 1U);
+  EXPECT_EQ(
+      messages_.All[0].Prompt,
+      u"Another program has changed the archive. What was chosen is there no more; the window "
+      "shows what there is."_s);
+  EXPECT_EQ(messages_.All[0].Buttons, kInformation);
+  EXPECT_EQ(shown_, u""_s);
+  ChooseLogger(0);
+  EXPECT_EQ(Records(), (QStringList{u"4"_s, u"2"_s}));
+}
+
+TEST_F(ArchiveWindow, PlotsNothingThatAnotherProgramHasTakenAway) {
+  Fill();
+  showPlot_ = [this](const SeriesSet&, QWidget*) { shown_ = u"plot"_s; };
+  Open();
+  ChooseLogger(1);
+  Uploads()->selectRow(0);
+  ASSERT_TRUE(OtherProgram(Path()).Do(u"DELETE FROM upload WHERE logger_id = %1"_s.arg(pond_)));
+  Press(u"cmdPlot"_s);
+  ASSERT_EQ(messages_.All.size(), 1U);
+  EXPECT_TRUE(messages_.All[0].Prompt.startsWith(u"Another program has changed the archive."_s));
+  EXPECT_EQ(shown_, u""_s);
+}
+
+TEST_F(ArchiveWindow, RenamesNoLoggerThatAnotherProgramHasMergedAway) {
+  Fill();
+  Open();
+  ChooseLogger(1);
+  text_ = u"Pool"_s;
+  MergeLoggers(store_, pond_, well_, Hour(19));
+  ASSERT_TRUE(OtherProgram(Path()).Do(u"DELETE FROM logger WHERE id = %1"_s.arg(pond_)));
+  Press(u"cmdRename"_s);
+  ASSERT_EQ(messages_.All.size(), 1U);
+  EXPECT_TRUE(messages_.All[0].Prompt.startsWith(u"Another program has changed the archive."_s));
+  EXPECT_EQ(Loggers(), (QStringList{u"All loggers"_s, u"Well 7"_s}));
 }
 
 TEST_F(ArchiveWindow, EnterInTheTableOpens) {
