@@ -2,18 +2,14 @@
 
 #include <array>
 
-#include "base/TextTable.h"
+#include "base/TextRows.h"
 
 namespace tessmar {
 namespace {
 
 using Id = ExportTextId;
 
-struct Row {
-  ExportTextId Which;
-  const char16_t* English;
-  const char16_t* German;
-};
+using Row = TextRow<ExportTextId>;
 
 // clang-format off
 constexpr std::array kRows{
@@ -39,19 +35,12 @@ constexpr std::array kRows{
 };
 // clang-format on
 
-constexpr bool RowsStandInOrder() {
-  for (std::size_t i = 0; i < kRows.size(); ++i) {
-    if (static_cast<std::size_t>(kRows[i].Which) != i) return false;
-  }
-  return true;
-}
-static_assert(RowsStandInOrder(), "a text's row is its number");
+static_assert(TextRowsStandInOrder(kRows), "a text's row is its number");
 
 }  // namespace
 
 QString GetText(ExportTextId id) {
-  const Row& row = kRows.at(static_cast<std::size_t>(id));
-  return QString::fromUtf16(TextLanguage() == kLanguageGerman ? row.German : row.English);
+  return TextOf(kRows, id);
 }
 
 }  // namespace tessmar

@@ -3,8 +3,7 @@
 #include <array>
 #include <cstdlib>
 
-#include "base/Fault.h"
-#include "base/TextTable.h"
+#include "base/TextRows.h"
 
 namespace tessmar {
 namespace {
@@ -12,11 +11,7 @@ namespace {
 using namespace Qt::StringLiterals;
 using Id = WindowTextId;
 
-struct Row {
-  WindowTextId Which;
-  const char16_t* English;
-  const char16_t* German;
-};
+using Row = TextRow<WindowTextId>;
 
 // clang-format off
 constexpr std::array kRows{
@@ -103,6 +98,8 @@ constexpr std::array kRows{
 };
 // clang-format on
 
+static_assert(TextRowsStandInOrder(kRows), "a text's row is its number");
+
 constexpr std::int32_t kSecondsPerMinute = 60;
 constexpr std::int32_t kSecondsPerHour = 3600;
 constexpr std::int32_t kSecondsPerDay = 86400;
@@ -110,11 +107,7 @@ constexpr std::int32_t kSecondsPerDay = 86400;
 }  // namespace
 
 QString GetText(WindowTextId id) {
-  for (const Row& row : kRows) {
-    if (row.Which == id)
-      return QString::fromUtf16(TextLanguage() == kLanguageGerman ? row.German : row.English);
-  }
-  throw RangeFault("no such text of the archive");
+  return TextOf(kRows, id);
 }
 
 QString ShownName(UploadKind kind) {

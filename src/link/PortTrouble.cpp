@@ -127,29 +127,25 @@ PortTrouble FromError(int error, const QString& device, const PortPlaces& places
 
 #endif
 
-QString Words(const QString& english, const QString& german) {
-  return TextLanguage() == kLanguageGerman ? german : english;
-}
-
 QString HolderText(const std::optional<ProcessName>& holder) {
   if (!holder) return {};
   if (holder->Name.isEmpty())
-    return Words(u" by process %1"_s, u" von Prozess %1"_s).arg(holder->Id);
-  return Words(u" by %1 (process %2)"_s, u" von %1 (Prozess %2)"_s)
+    return InLanguage(u" by process %1", u" von Prozess %1").arg(holder->Id);
+  return InLanguage(u" by %1 (process %2)", u" von %1 (Prozess %2)")
       .arg(holder->Name)
       .arg(holder->Id);
 }
 
 QString PermissionText(const QString& group) {
   if (group.isEmpty()) {
-    return Words(u"no permission; only the owner of the device may use it"_s,
-                 u"keine Berechtigung; nur der Besitzer des Geräts darf es benutzen"_s);
+    return InLanguage(u"no permission; only the owner of the device may use it",
+                      u"keine Berechtigung; nur der Besitzer des Geräts darf es benutzen");
   }
-  return Words(
+  return InLanguage(
              u"no permission; members of the group %1 have it: sudo adduser NAME %1, then log in "
-             u"anew"_s,
+             u"anew",
              u"keine Berechtigung; Mitglieder der Gruppe %1 haben sie: sudo adduser NAME %1, "
-             u"danach neu anmelden"_s)
+             u"danach neu anmelden")
       .arg(group);
 }
 
@@ -211,32 +207,32 @@ QString PortTroubleText(const PortTrouble& trouble, const QString& port) {
   const auto text = [&]() -> QString {
     switch (trouble.Cause) {
       case PortCause::NoSuchDevice:
-        return Words(
-            u"no such device; plug the adapter in, \"tessmar ports\" lists what is there"_s,
-            u"kein solches Gerät; Adapter einstecken, \"tessmar ports\" zeigt, was da ist"_s);
+        return InLanguage(
+            u"no such device; plug the adapter in, \"tessmar ports\" lists what is there",
+            u"kein solches Gerät; Adapter einstecken, \"tessmar ports\" zeigt, was da ist");
       case PortCause::NotAPort:
-        return Words(u"not a serial port; \"tessmar ports\" lists them"_s,
-                     u"keine serielle Schnittstelle; \"tessmar ports\" zeigt sie"_s);
+        return InLanguage(u"not a serial port; \"tessmar ports\" lists them",
+                          u"keine serielle Schnittstelle; \"tessmar ports\" zeigt sie");
       case PortCause::NoPermission:
         return PermissionText(trouble.Group);
       case PortCause::InUse:
-        return Words(u"in use%1; end that program or wait for it"_s,
-                     u"belegt%1; jenes Programm beenden oder abwarten"_s)
+        return InLanguage(u"in use%1; end that program or wait for it",
+                          u"belegt%1; jenes Programm beenden oder abwarten")
             .arg(HolderText(trouble.Holder));
       case PortCause::Gone:
-        return Words(u"the device is gone; plug it in again"_s,
-                     u"das Gerät ist verschwunden; wieder einstecken"_s);
+        return InLanguage(u"the device is gone; plug it in again",
+                          u"das Gerät ist verschwunden; wieder einstecken");
       case PortCause::Silent:
-        return Words(u"nothing answers; check cable, battery and baud rate"_s,
-                     u"nichts antwortet; Kabel, Batterie und Baudrate prüfen"_s);
+        return InLanguage(u"nothing answers; check cable, battery and baud rate",
+                          u"nichts antwortet; Kabel, Batterie und Baudrate prüfen");
       case PortCause::NotALogger:
-        return Words(u"what answers is not a logger; check port and baud rate"_s,
-                     u"was antwortet, ist kein Logger; Anschluss und Baudrate prüfen"_s);
+        return InLanguage(u"what answers is not a logger; check port and baud rate",
+                          u"was antwortet, ist kein Logger; Anschluss und Baudrate prüfen");
       case PortCause::Unknown:
         break;
     }
-    return Words(u"cannot be opened; unplug the adapter and plug it in again"_s,
-                 u"lässt sich nicht öffnen; Adapter aus- und wieder einstecken"_s);
+    return InLanguage(u"cannot be opened; unplug the adapter and plug it in again",
+                      u"lässt sich nicht öffnen; Adapter aus- und wieder einstecken");
   };
   return port + u": "_s + text();
 }

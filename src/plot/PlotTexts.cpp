@@ -2,18 +2,14 @@
 
 #include <array>
 
-#include "base/TextTable.h"
+#include "base/TextRows.h"
 
 namespace tessmar {
 namespace {
 
 using namespace Qt::StringLiterals;
 
-struct Row {
-  PlotTextId Id;
-  const char16_t* English;
-  const char16_t* German;
-};
+using Row = TextRow<PlotTextId>;
 
 // clang-format off
 constexpr std::array kRows{
@@ -84,19 +80,12 @@ constexpr std::array kRows{
 };
 // clang-format on
 
-constexpr bool RowsStandInOrder() {
-  for (std::size_t i = 0; i < kRows.size(); ++i) {
-    if (static_cast<std::size_t>(kRows[i].Id) != i) return false;
-  }
-  return true;
-}
-static_assert(RowsStandInOrder(), "a text's row is its number");
+static_assert(TextRowsStandInOrder(kRows), "a text's row is its number");
 
 }  // namespace
 
 QString PlotText(PlotTextId id) {
-  const Row& row = kRows.at(static_cast<std::size_t>(id));
-  return QString::fromUtf16(TextLanguage() == kLanguageGerman ? row.German : row.English);
+  return TextOf(kRows, id);
 }
 
 QString ChannelName(const Series& series) {

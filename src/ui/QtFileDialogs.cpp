@@ -23,11 +23,6 @@ namespace {
 
 using namespace Qt::StringLiterals;
 
-/// One word or sentence of the dialog in the language of the texts.
-QString Words(const QString& english, const QString& german) {
-  return TextLanguage() == kLanguageGerman ? german : english;
-}
-
 /// Tells files and folders apart and looks into neither: the toolkit's own reads the beginning of
 /// each file in the list for its icon, and waits there for what never comes.
 class PlainIcons final : public QFileIconProvider {
@@ -37,7 +32,7 @@ class PlainIcons final : public QFileIconProvider {
   }
   using QFileIconProvider::icon;
   QString type(const QFileInfo& info) const override {
-    if (info.isDir()) return Words(u"Folder"_s, u"Ordner"_s);
+    if (info.isDir()) return InLanguage(u"Folder", u"Ordner");
     const QMimeDatabase types;
     return types.mimeTypeForFile(info.fileName(), QMimeDatabase::MatchExtension).comment();
   }
@@ -104,11 +99,11 @@ class FileDialog : private IconsOfDialog, public QFileDialog {
  private:
   void LabelControls() {
     const bool opens = acceptMode() == AcceptOpen;
-    setLabelText(LookIn, Words(u"Look in:"_s, u"Suchen in:"_s));
-    setLabelText(FileName, Words(u"File &name:"_s, u"Datei&name:"_s));
-    setLabelText(FileType, Words(u"Files of type:"_s, u"Dateityp:"_s));
+    setLabelText(LookIn, InLanguage(u"Look in:", u"Suchen in:"));
+    setLabelText(FileName, InLanguage(u"File &name:", u"Datei&name:"));
+    setLabelText(FileType, InLanguage(u"Files of type:", u"Dateityp:"));
     setLabelText(Accept,
-                 opens ? Words(u"&Open"_s, u"Ö&ffnen"_s) : Words(u"&Save"_s, u"&Speichern"_s));
+                 opens ? InLanguage(u"&Open", u"Ö&ffnen") : InLanguage(u"&Save", u"&Speichern"));
     setLabelText(Reject, GetText(TextId::Cancel));
   }
 
@@ -138,7 +133,7 @@ class FileDialog : private IconsOfDialog, public QFileDialog {
     const QString shown = QDir::toNativeSeparators(name);
     if (acceptMode() == AcceptOpen) {
       if (info.exists()) return true;
-      Refuse(Words(u"The file does not exist:"_s, u"Die Datei existiert nicht:"_s), shown);
+      Refuse(InLanguage(u"The file does not exist:", u"Die Datei existiert nicht:"), shown);
       return false;
     }
     if (const std::optional<FileTrouble> trouble = WriteTrouble(name)) {
@@ -146,8 +141,8 @@ class FileDialog : private IconsOfDialog, public QFileDialog {
       return false;
     }
     if (!request_.ConfirmOverwrite || !info.exists()) return true;
-    const QString question = Words(u"The file already exists. Do you want to replace it?"_s,
-                                   u"Die Datei existiert bereits. Wollen Sie sie ersetzen?"_s);
+    const QString question = InLanguage(u"The file already exists. Do you want to replace it?",
+                                        u"Die Datei existiert bereits. Wollen Sie sie ersetzen?");
     const int answer = messages_.MsgBox(question + u"\r\n"_s + shown,
                                         kYesNo | kExclamation | kDefaultButton2, request_.Title);
     return answer == kYes && !ending_();
