@@ -26,7 +26,7 @@ CalibrationsPage::CalibrationsPage(const CalibrationsParts& parts, QWidget* pare
   filter_.setSourceModel(&model_);
   SetUpArchiveTable(tblCalibrations_, u"tblCalibrations"_s,
                     InLanguage(u"Calibrations", u"Kalibrierungen"), &filter_);
-  SetArchiveColumns(tblCalibrations_, std::array{26, 14, 12, 15, 11, 16, 11});
+  SetArchiveColumns(tblCalibrations_, std::array{26, 13, 11, 17, 11, 18, 11});
   cmdCalibrationsCsv_->setObjectName(u"cmdCalibrationsCsv"_s);
   cmdCalibrationsCsv_->setAutoDefault(false);
   connect(cmdCalibrationsCsv_, &QPushButton::clicked, this, [this] { Export(); });
