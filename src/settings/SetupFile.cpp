@@ -67,10 +67,11 @@ void FromValue(const ReadSide& side, double& field) {
   QString text = QString::fromLatin1(side.Value);
   field = ParseInvariantNumber(text);
 }
-/// A text of the file, cut to what its field holds: a text of megabytes would hold up the screen.
+/// A text of the file, cut to what its field holds: a text of megabytes would hold up the screen. A
+/// blank that stands at an end only then goes too, as it would when the file is saved and loaded.
 void FromValue(const ReadSide& side, QString& field, qsizetype longest) {
-  field =
-      ControlsToBlanks(QString::fromLatin1(side.Value.first(std::min(side.Value.size(), longest))));
+  field = TrimBlanks(ControlsToBlanks(
+      QString::fromLatin1(side.Value.first(std::min(side.Value.size(), longest)))));
 }
 
 // The record that a field belongs to decides where it is found.

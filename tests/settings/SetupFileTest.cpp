@@ -399,6 +399,13 @@ TEST(ReadSetupFile, CutsTextsToTheLengthOfTheirField) {
   EXPECT_EQ(Read("SampleInterval=" + QByteArray(5000, '9')).SampleInterval, QString(1000, u'9'));
 }
 
+// A unit with a blank behind it would be another one when its file is saved and loaded again.
+TEST(ReadSetupFile, LeavesNoBlankAtTheEndsOfAText) {
+  EXPECT_EQ(Read("[Analog Channel]\nEngUnits=12345678 0").Analog[0].EngUnits, u"12345678"_s);
+  EXPECT_EQ(Read("[Analog Channel]\nEngUnits=%\x85").Analog[0].EngUnits, u"%"_s);
+  EXPECT_EQ(Read("LoggerName=\tWell 4\t").LoggerName, u"Well 4"_s);
+}
+
 // Whatever the size of a text, what is kept of it and what is looked at on the screen is short.
 TEST(ReadSetupFile, TakesTextsOfFiftyMegabytes) {
   constexpr qsizetype kHuge = qsizetype{50} * 1024 * 1024;
