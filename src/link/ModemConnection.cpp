@@ -18,13 +18,22 @@ constexpr int kMostFileCommands = 256;
 /// No command file comes near this; what does was chosen by mistake.
 constexpr qint64 kLargestFile = qint64{1024} * 1024;
 
+/// A letter's capital, or itself where that is none of Latin-1's, which the modem is told.
+QChar Capital(QChar letter) {
+  constexpr char16_t kLastLatin1 = 0xFF;
+  const QChar capital = letter.toUpper();
+  return capital.unicode() <= kLastLatin1 ? capital : letter;
+}
+
 /// The first word of a line, in capitals; empty for a line without one.
 QString Command(const QString& line) {
   const QString text = TrimBlanks(line);
   const auto end = std::find_if(text.begin(), text.end(), [](QChar character) {
     return character <= u' ' || character == u';';
   });
-  return text.left(end - text.begin()).toUpper();
+  QString command = text.left(end - text.begin());
+  for (QChar& letter : command) letter = Capital(letter);
+  return command;
 }
 
 QStringList CommandsOf(const ModemRequest& request) {

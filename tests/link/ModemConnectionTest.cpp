@@ -30,6 +30,11 @@ TEST(ReadModemCommands, TakesTheFirstWordInCapitals) {
   EXPECT_EQ(CommandsIn("  at&f1 x4\nate0\tv1\n"), (QStringList{u"AT&F1"_s, u"ATE0"_s}));
 }
 
+// A modem is told Latin-1. What has no capital there stays as it is.
+TEST(ReadModemCommands, KeepsWhatHasNoCapitalOnTheLine) {
+  EXPECT_EQ(CommandsIn("at\xE4\xDF\xFF\xB5\n"), QStringList{u"AT\u00C4\u00DF\u00FF\u00B5"_s});
+}
+
 TEST(ReadModemCommands, SkipsLinesThatHoldNothing) {
   EXPECT_EQ(CommandsIn("\r\n;all of it\r\n   \r\n\tATX\r\n ;ATY\r\nATZ\r\n"),
             QStringList{u"ATZ"_s});
