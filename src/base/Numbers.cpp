@@ -223,7 +223,10 @@ bool TryParseInteger(const QString& text, const QLocale& locale, std::int32_t& v
 }
 
 QString FormatInvariantNumber(double value) {
+  // The largest of so many digits: one more in the last would be no double.
+  constexpr double kLargestWritten = 1.79769313486231e308;
   if (value == 0 || !std::isfinite(value)) return u"0"_s;
+  value = std::clamp(value, -kLargestWritten, kLargestWritten);
   // "-d.dddddddddddddde+xx": the digits and the place of the point are read from here.
   const QByteArray scientific = QByteArray::number(std::abs(value), 'e', kSignificantDigits - 1);
   const qsizetype exponentMark = scientific.indexOf('e');

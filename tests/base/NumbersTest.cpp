@@ -223,6 +223,13 @@ TEST(FormatInvariantNumber, KeepsFifteenSignificantDigits) {
   EXPECT_EQ(FormatInvariantNumber(123456789.123456), u"123456789.123456"_s);
 }
 
+TEST(FormatInvariantNumber, WritesNothingThatCannotBeRead) {
+  const QString largest = u"179769313486231"_s + QString(294, u'0');
+  EXPECT_EQ(FormatInvariantNumber(1.7976931348623157e308), largest);
+  EXPECT_EQ(FormatInvariantNumber(-1.7976931348623157e308), u'-' + largest);
+  EXPECT_EQ(ParseLeadingNumber(largest), 1.79769313486231e308);
+}
+
 TEST(FormatInvariantNumber, ShowsNoNegativeZeroAndNothingButNumbers) {
   EXPECT_EQ(FormatInvariantNumber(-0.0), u"0"_s);
   EXPECT_EQ(FormatInvariantNumber(std::numeric_limits<double>::quiet_NaN()), u"0"_s);
