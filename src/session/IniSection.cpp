@@ -1,5 +1,6 @@
 #include "session/IniSection.h"
 
+#include <QStringDecoder>
 #include <QStringEncoder>
 #include <algorithm>
 #include <array>
@@ -118,7 +119,10 @@ class ValueReader {
     while (place_ < bytes_.size() && bytes_[place_] != '\\' && bytes_[place_] != '"' &&
            bytes_[place_] != ',')
       ++place_;
-    element_ += QString::fromUtf8(bytes_.constData() + begin, place_ - begin);
+    // A byte-order mark in a text is a character like any other.
+    QStringDecoder utf8(QStringDecoder::Utf8, QStringDecoder::Flag::ConvertInitialBom);
+    const QString plain = utf8(QByteArrayView(bytes_).sliced(begin, place_ - begin));
+    element_ += plain;
   }
 
   void TakeEscape() {

@@ -37,6 +37,14 @@ TEST(IniSection, PutsValuesInAndLeavesEveryOtherLine) {
             "[Configuration]\nA=\nB=1\n");
 }
 
+// Such a mark comes along unseen with what is pasted, at the beginning or behind any other piece.
+TEST(IniSection, KeepsAByteOrderMarkInAText) {
+  const IniValues values{{u"Number"_s, u"\uFEFF0100"_s}, {u"Path"_s, u"a\n\uFEFFb,\uFEFFc"_s}};
+  const QByteArray merged = WithIniSection("[Other]\nPort=x\n", kSection, values);
+  EXPECT_EQ(ReadIniSection(merged, kSection), values);
+  EXPECT_EQ(ReadIniSection(merged, "Other"), (IniValues{{u"Port"_s, u"x"_s}}));
+}
+
 TEST(IniSection, GivesUpAFileFromWhichItCouldNotReadAgain) {
   EXPECT_EQ(
       WithIniSection("a=\"never closed\n[Configuration]\nA=1\n", kSection, {{u"A"_s, u"2"_s}}),
