@@ -72,7 +72,7 @@ void ForEachSample(const Store& store, const UploadRow& upload,
   const int words = upload.Analog + upload.Pulse;
   const int size = RecordSize(upload.Analog, upload.Pulse);
   store.ForEachBlock(upload.Id, [&](std::span<const std::uint8_t> block) {
-    const int records = block.empty() ? 0 : block[0];
+    const int records = RecordsOfBlock(block, upload.Analog, upload.Pulse);
     for (int i = 0; i < records; ++i) {
       LiveSample sample;
       DecodeRecord(link, block, i * size + 1, words, sample);
@@ -111,7 +111,9 @@ ArchivedSeries LoadSeries(const Store& store, qint64 logger, const LoadProgress&
     if (row.Kind == UploadKind::Live || row.Records == 0) continue;
     const int size = RecordSize(row.Analog, row.Pulse);
     std::vector<std::uint8_t>& bytes = series.Bytes.emplace_back();
-    bytes.reserve(static_cast<std::size_t>(row.Records) * static_cast<std::size_t>(size));
+    // The number is what the row says; any program may have written it.
+    const std::int32_t expected = std::clamp(row.Records, 0, HistoryBuffer::kCapacity);
+    bytes.reserve(static_cast<std::size_t>(expected) * static_cast<std::size_t>(size));
     store.ForEachStored(row.Id, [&](std::optional<std::uint32_t> stamp, const QByteArray& raw) {
       if (stamp) AddBytes(bytes, *stamp, raw, size);
       if (++read % kRecordsPerLook == 0 && progress) progress(read);

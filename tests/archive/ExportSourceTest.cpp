@@ -176,6 +176,29 @@ TEST_F(ExportSourceTest, TheBlocksOfAnUploadThatRunsAreItsRecords) {
             "2026-03-03T12:01:17,,0.77,0\r\n");
 }
 
+// A count that no block of such records can have is no count, here as where the archive's own
+// records are made from blocks.
+TEST_F(ExportSourceTest, ABlockWithAnImpossibleCountHasNoRecords) {
+  const qint64 running = store_.AddUpload({.Uuid = u"r"_s,
+                                           .LoggerId = well_,
+                                           .Started = Hour(15),
+                                           .State = UploadState::Running,
+                                           .Settings = ImageOf(u"Well 7"_s),
+                                           .Analog = 1});
+  store_.Run(u"INSERT INTO block (upload_id, number, bytes) VALUES (?, 1, ?)"_s,
+             {running, QByteArray(241, '\xFF')});
+  EXPECT_EQ(SourceOfUpload(store_, running).Count, 0);
+}
+
+// Any program may have written the row, and the number of its records with it.
+TEST_F(ExportSourceTest, ASeriesDoesNotTrustTheNumberInTheRow) {
+  const qint64 upload = AddUpload(store_, well_, Hour(13), {10, 12});
+  for (const qint64 number : {-1LL, 2147483647LL}) {
+    store_.Run(u"UPDATE upload SET records = ? WHERE id = ?"_s, {number, upload});
+    EXPECT_EQ(SourceOfSeries(store_, well_).Count, 2) << number;
+  }
+}
+
 TEST_F(ExportSourceTest, ALoggerWithoutUploadsIsAFileWithoutRecords) {
   EXPECT_EQ(Analysis(SourceOfSeries(store_, well_)), "logger_time,corrected_time,disagreement\r\n");
   EXPECT_THROW(SourceOfSeries(store_, 99), RangeFault);
