@@ -5,6 +5,7 @@
 #include <limits>
 #include <utility>
 
+#include "archive/LogbookDetails.h"
 #include "archive/WindowTexts.h"
 #include "base/Fault.h"
 
@@ -179,7 +180,7 @@ QString LogbookModel::Text(const EventRow& event, int column) const {
     case Event:
       return ShownName(event.Entry.Kind);
     default:
-      return event.Entry.Text;
+      return ShownDetails(event.Entry.Text);
   }
 }
 

@@ -106,6 +106,14 @@ TEST_F(ArchiveModels, TheLogbookIsTold) {
   EXPECT_EQ(Row(model, 0),
             (QStringList{u"3/3/2026 9:00:00 AM"_s, u"Well 7"_s, u"clock set"_s, u"12 s fast"_s}));
   EXPECT_EQ(model.headerData(2, Qt::Horizontal, Qt::DisplayRole).toString(), u"Event"_s);
+
+  SetTextLanguage(kLanguageGerman);
+  model.Set({{.Id = 1,
+              .LoggerId = 1,
+              .At = Hour(9),
+              .Entry = {.Kind = EventKind::Uploaded, .Text = u"7 records, failed"_s}}},
+            Names());
+  EXPECT_EQ(Row(model, 0).mid(2), (QStringList{u"abgerufen"_s, u"7 Datensätze, gescheitert"_s}));
 }
 
 TEST_F(ArchiveModels, EveryKindHasItsNameInBothLanguages) {
