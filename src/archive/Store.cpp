@@ -206,9 +206,18 @@ QStringList Store::IntegrityComplaints() {
 
 QString Store::MoveAside(const QDateTime& now) const {
   const QString stem = path_ + u".damaged-"_s + now.toUTC().toString(u"yyyyMMddTHHmmss'Z'"_s);
+  const QLatin1StringView log(kSideFiles.front());
   QString aside = stem;
-  for (int i = 2; QFileInfo::exists(aside); ++i) aside = stem + u'-' + QString::number(i);
-  if (!QFile::rename(path_, aside)) return {};
+  for (int i = 2; QFileInfo::exists(aside) || QFileInfo::exists(aside + log); ++i)
+    aside = stem + u'-' + QString::number(i);
+  // What was committed last stands there alone. Beside a new file SQLite would take it for the
+  // remains of another one and remove it, so it goes first.
+  const bool hasLog = QFileInfo::exists(path_ + log);
+  if (hasLog && !QFile::rename(path_ + log, aside + log)) return {};
+  if (!QFile::rename(path_, aside)) {
+    if (hasLog) QFile::rename(aside + log, path_ + log);
+    return {};
+  }
   for (const char* side : kSideFiles) {
     const QLatin1StringView ending(side);
     if (QFileInfo::exists(path_ + ending)) QFile::rename(path_ + ending, aside + ending);

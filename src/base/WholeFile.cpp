@@ -7,11 +7,12 @@
 
 #include <QFile>
 #include <QIODevice>
-#include <QRandomGenerator>
 #include <cerrno>
 #include <climits>
 #include <cstdio>
 #include <limits>
+
+#include "base/NameBeside.h"
 
 namespace tessmar {
 namespace {
@@ -21,12 +22,6 @@ using namespace Qt::StringLiterals;
 constexpr mode_t kNewFileMode = 0666;
 constexpr int kMostLinks = 40;
 constexpr int kMostNames = 100;
-
-QByteArray FolderOf(const QByteArray& file) {
-  const qsizetype end = file.lastIndexOf('/');
-  if (end < 0) return QByteArrayLiteral(".");
-  return end == 0 ? QByteArrayLiteral("/") : file.left(end);
-}
 
 /// The file that a name leads to, by way of all links, whether it exists or not.
 QByteArray BehindLinks(const QString& path) {
@@ -75,12 +70,6 @@ Target Examine(const QByteArray& name, const QString& path) {
     throw FileTrouble::FromError(folderError, path);
   }
   return target;
-}
-
-/// A name in the folder that is short enough for every disk.
-QByteArray NameBeside(const QByteArray& target) {
-  const auto number = QRandomGenerator::system()->generate64();
-  return FolderOf(target) + "/.tessmar-" + QByteArray::number(number, 36);
 }
 
 /// Sees that so many bytes fit where a file stands, before any of it is touched.
@@ -228,17 +217,25 @@ void WholeFile::Commit() {
   if (::fsync(beside_.Descriptor()) != 0) throw FileTrouble::FromError(errno, path_);
   Replace();
   SyncFolder(target_);
+  RemoveLeftovers(FolderOf(target_));
+}
+
+// Gives a name to the file without one. @return false when there is such a file already.
+bool WholeFile::TakeName(const QByteArray& name) const {
+  const QByteArray opened = "/proc/self/fd/" + QByteArray::number(beside_.Descriptor());
+  if (::linkat(AT_FDCWD, opened.constData(), AT_FDCWD, name.constData(), AT_SYMLINK_FOLLOW) == 0)
+    return true;
+  if (errno != EEXIST) throw FileTrouble::FromError(errno, path_);
+  return false;
 }
 
 void WholeFile::Replace() {
-  // A name that exists cannot be given to a file without one; so it takes one beside it first.
-  const QByteArray opened = "/proc/self/fd/" + QByteArray::number(beside_.Descriptor());
+  // A name that exists cannot be given to a file without one; so that takes one beside it first. A
+  // new file has its own at once, and a kill finds no moment at which another is left.
+  if (besideName_.isEmpty() && !replaces_ && TakeName(target_)) return;
   for (int i = 0; i < kMostNames && besideName_.isEmpty(); ++i) {
     const QByteArray name = NameBeside(target_);
-    if (::linkat(AT_FDCWD, opened.constData(), AT_FDCWD, name.constData(), AT_SYMLINK_FOLLOW) == 0)
-      besideName_ = name;
-    else if (errno != EEXIST)
-      throw FileTrouble::FromError(errno, path_);
+    if (TakeName(name)) besideName_ = name;
   }
   if (::rename(besideName_.constData(), target_.constData()) == 0) {
     besideName_.clear();

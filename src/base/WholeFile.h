@@ -17,8 +17,10 @@ namespace tessmar {
 ///
 /// What is written goes beside the file, without a name where the disk can do that, and takes the
 /// file's place with Commit, once it is on the disk. Until then, after a failure, and after the end
-/// of the process, the old file stays as it was. A link leads to the file that is replaced; access
-/// rights stay.
+/// of the process, the old file stays as it was. Where the disk cannot do without a name, and in
+/// the moment in which the old file is replaced, the end of the process can leave a file
+/// ".tessmar-..." behind; the next one that is written into the folder a day later takes it away. A
+/// link leads to the file that is replaced; access rights stay.
 ///
 /// Where the folder takes no new files but the file itself can be written, everything is collected
 /// and written into it with Commit, after a check of the room; a failure puts the old content back.
@@ -54,6 +56,7 @@ class WholeFile {
   class WriteDevice;
 
   void OpenBeside();
+  bool TakeName(const QByteArray& name) const;
   void Replace();
   void WriteDirectly(const QByteArray& bytes);
 

@@ -7,6 +7,7 @@
 #include <array>
 
 #include "archive/ArchiveRig.h"
+#include "support/SmallDisk.h"
 
 #include <sys/stat.h>
 
@@ -165,6 +166,45 @@ TEST_F(ArchiveStore, MovesAFileAsideUnderADatedNameAndNeverOverAnother) {
     EXPECT_EQ(Content(aside), QByteArray(expected));
     EXPECT_FALSE(QFileInfo::exists(Path()));
   }
+}
+
+// Beside a new file SQLite would remove what was committed last.
+TEST_F(ArchiveStore, IsNotMovedAsideWithoutWhatWasCommittedLast) {
+  if (::geteuid() != 0) GTEST_SKIP() << "no file can be given to somebody else";
+  Put("damaged");
+  const QByteArray folder = QFile::encodeName(folder_.path());
+  ASSERT_EQ(::mkdir((folder + "/all").constData(), 01777), 0);
+  ASSERT_EQ(::chmod((folder + "/all").constData(), 01777), 0);
+  ASSERT_EQ(::chmod(folder.constData(), 0755), 0);
+  const Store store(folder_.filePath(u"all/archive.sqlite"_s));
+  const QString mine = store.Path();
+  const QString theirs = mine + u"-wal"_s;
+  ASSERT_TRUE(QFile::copy(Path(), theirs));
+  {
+    const OrdinaryUser user;
+    ASSERT_TRUE(QFile::copy(Path(), mine));
+    EXPECT_EQ(store.MoveAside(At(1)), QString());
+  }
+  EXPECT_EQ(QDir(folder_.filePath(u"all"_s)).entryList(QDir::Files),
+            QStringList({u"archive.sqlite"_s, u"archive.sqlite-wal"_s}));
+}
+
+TEST_F(ArchiveStore, TakesWhatBelongsToItAside) {
+  for (const char* side : {"-wal", "-shm", "-journal"}) {
+    QFile file(Path() + QLatin1StringView(side));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(side);
+  }
+  Put("damaged");
+  // Left by an attempt that was broken off.
+  QFile other(Path() + u".damaged-20260303T010000Z-wal"_s);
+  ASSERT_TRUE(other.open(QIODevice::WriteOnly));
+  const QString aside = store_.MoveAside(At(1));
+  EXPECT_EQ(aside, Path() + u".damaged-20260303T010000Z-2"_s);
+  EXPECT_EQ(Content(aside), QByteArray("damaged"));
+  for (const char* side : {"-wal", "-shm", "-journal"})
+    EXPECT_EQ(Content(aside + QLatin1StringView(side)), QByteArray(side));
+  EXPECT_EQ(QDir(folder_.path()).entryList({u"archive.sqlite*"_s}).size(), 5);
 }
 
 TEST_F(ArchiveStore, ChecksItsIntegrity) {

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <QDateTime>
 #include <QDir>
 #include <QFile>
 #include <QTemporaryDir>
@@ -222,6 +223,66 @@ TEST_F(WholeFileTest, StaysAsItWasWhenReplacingFails) {
   }
   EXPECT_EQ(Content(Path(u"a"_s)), "old");
   EXPECT_EQ(Files(), QStringList{u"a"_s});
+}
+
+// No moment at which a kill leaves a file under another name.
+TEST_F(WholeFileTest, ANewFileHasItsOwnNameFromTheFirst) {
+  if (::access("/proc/self/fd", X_OK) != 0) GTEST_SKIP() << "no file can be given a name later";
+  const RefusedRename refused(EIO);
+  EXPECT_EQ(Failure(Path(u"a"_s), "new"), std::nullopt);
+  EXPECT_EQ(Content(Path(u"a"_s)), "new");
+  EXPECT_EQ(Files(), QStringList{u"a"_s});
+}
+
+TEST_F(WholeFileTest, TakesTheNameAlsoWhenSomebodyElseWasQuicker) {
+  WholeFile file(Path(u"a"_s));
+  file.Write("new");
+  Put(Path(u"a"_s), "somebody else's");
+  file.Commit();
+  EXPECT_EQ(Content(Path(u"a"_s)), "new");
+  EXPECT_EQ(Files(), QStringList{u"a"_s});
+}
+
+TEST_F(WholeFileTest, TakesAwayWhatAKilledProcessHasLeftADayAgo) {
+  const QDateTime now = QDateTime::currentDateTime();
+  const auto put = [&](const QString& name, qint64 ageS) {
+    QFile file(Path(name));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(file.setFileTime(now.addSecs(-ageS), QFile::FileModificationTime));
+  };
+  put(u".tessmar-1y2p0ij32e8e7"_s, 86500);
+  put(u".tessmar-0"_s, 90000000);
+  put(u".tessmar-inthemaking"_s, 86000);
+  put(u".tessmar-"_s, 86500);
+  put(u".tessmar-Theirs"_s, 86500);
+  put(u".tessmar-their.s"_s, 86500);
+  put(u"tessmar-1y2p0ij32e8e7"_s, 86500);
+  ASSERT_TRUE(QFile::link(u"a"_s, Path(u".tessmar-link"_s)));
+  ASSERT_TRUE(QDir(folder_.path()).mkdir(u".tessmar-folder"_s));
+  WriteWholeFile(Path(u"a"_s), "new");
+  QStringList files = Files();
+  files.sort();
+  EXPECT_EQ(files, QStringList({u".tessmar-"_s, u".tessmar-Theirs"_s, u".tessmar-folder"_s,
+                                u".tessmar-inthemaking"_s, u".tessmar-link"_s,
+                                u".tessmar-their.s"_s, u"a"_s, u"tessmar-1y2p0ij32e8e7"_s}));
+}
+
+TEST(WholeFileOfAnother, LeavesWhatAnotherUserLeft) {
+  if (::geteuid() != 0) GTEST_SKIP() << "nobody else is to be had";
+  const QTemporaryDir folder;
+  ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), 0777), 0);
+  const QString left = folder.filePath(u".tessmar-0"_s);
+  {
+    QFile file(left);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    const QDateTime before = QDateTime::currentDateTime().addDays(-2);
+    ASSERT_TRUE(file.setFileTime(before, QFile::FileModificationTime));
+  }
+  {
+    const test::OrdinaryUser user;
+    WriteWholeFile(folder.filePath(u"a"_s), "new");
+  }
+  EXPECT_TRUE(QFile::exists(left));
 }
 
 // As in the system's folder for everyone's files: who may write another's file may not replace it.
