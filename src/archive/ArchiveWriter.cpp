@@ -140,9 +140,12 @@ qint64 ArchiveWriter::WriteUpload(KeptUpload& upload) {
   return id;
 }
 
+// A commit that failed may stand in the file nevertheless: whatever was not known to be there is
+// written so that it is there once.
 void ArchiveWriter::WriteBlocks(const KeptUpload& upload, qint64 id) {
-  QSqlQuery insert =
-      store_.Prepare(u"INSERT INTO block (upload_id, number, bytes) VALUES (?, ?, ?)"_s);
+  QSqlQuery insert = store_.Prepare(
+      u"INSERT INTO block (upload_id, number, bytes) VALUES (?, ?, ?)"
+      " ON CONFLICT (upload_id, number) DO UPDATE SET bytes = excluded.bytes"_s);
   insert.bindValue(0, id);
   for (std::size_t i = upload.Written; i < upload.Blocks.size(); ++i) {
     insert.bindValue(1, static_cast<qint64>(i) + 1);

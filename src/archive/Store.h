@@ -93,7 +93,8 @@ class Store {
   qint64 SeeLogger(const QString& name, std::optional<int> model, std::optional<int> firmware,
                    const QDateTime& at);
   qint64 AddUpload(const UploadRow& upload);
-  qint64 AddEvent(const EventRow& event);
+  /// An entry that is there already stays as it is: it is one whose commit seemed to have failed.
+  void AddEvent(const EventRow& event);
 
  private:
   void Connect(Access access);

@@ -250,7 +250,7 @@ qint64 Store::AddUpload(const UploadRow& upload) {
   return query.lastInsertId().toLongLong();
 }
 
-qint64 Store::AddEvent(const EventRow& event) {
+void Store::AddEvent(const EventRow& event) {
   // Images are bytes, everything else is text.
   const bool images =
       event.Entry.Kind == EventKind::Programmed || event.Entry.Kind == EventKind::Calibrated;
@@ -258,12 +258,10 @@ qint64 Store::AddEvent(const EventRow& event) {
     if (bytes.isEmpty()) return QVariant();
     return images ? QVariant(bytes) : QVariant(QString::fromUtf8(bytes));
   };
-  QSqlQuery query =
-      Run(u"INSERT INTO event (uuid, logger_id, at, kind, text, before, after)"
-          " VALUES (?, ?, ?, ?, ?, ?, ?)"_s,
-          {event.Uuid, event.LoggerId, UtcText(event.At), NameOf(event.Entry.Kind),
-           ToVariant(event.Entry.Text), value(event.Entry.Before), value(event.Entry.After)});
-  return query.lastInsertId().toLongLong();
+  Run(u"INSERT INTO event (uuid, logger_id, at, kind, text, before, after)"
+      " VALUES (?, ?, ?, ?, ?, ?, ?) ON CONFLICT (uuid) DO NOTHING"_s,
+      {event.Uuid, event.LoggerId, UtcText(event.At), NameOf(event.Entry.Kind),
+       ToVariant(event.Entry.Text), value(event.Entry.Before), value(event.Entry.After)});
 }
 
 }  // namespace tessmar

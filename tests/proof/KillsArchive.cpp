@@ -5,9 +5,9 @@
 
 #include "archive/Journal.h"
 #include "history/Blocks.h"
-#include "proof/FaultyDisk.h"
 #include "proof/KillsFiles.h"
 #include "support/FakeOutside.h"
+#include "support/FaultyDisk.h"
 
 namespace tessmar::proof {
 namespace {
@@ -105,7 +105,7 @@ int RunUpload(const QString& archive, int blocks, bool waits) {
   }
   if (waits) {
     Say(u"waits"_s);
-    QTextStream(stdin).readLine();
+    QTextStream(stdin).read(1);
     SetDiskFault({});
     SetDiskRoom(-1);
   }

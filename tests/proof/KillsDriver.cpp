@@ -21,13 +21,14 @@
 #include <QTextStream>
 #include <cstdio>
 
-#include "proof/FaultyDisk.h"
 #include "proof/KillsFiles.h"
+#include "support/FaultyDisk.h"
 
 namespace tessmar::proof {
 namespace {
 
 using namespace Qt::StringLiterals;
+using namespace test;
 
 constexpr int kGenerations = 8;
 

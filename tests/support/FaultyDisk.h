@@ -3,7 +3,7 @@
 #include <QByteArray>
 #include <cstdint>
 
-namespace tessmar::proof {
+namespace tessmar::test {
 
 /// What happens at one of the counted calls.
 struct DiskFault {
@@ -36,4 +36,4 @@ std::int64_t DiskCalls();
 /// By how much the files below the folder have grown since WatchDisk, all growth added up.
 std::int64_t DiskGrowth();
 
-}  // namespace tessmar::proof
+}  // namespace tessmar::test
