@@ -47,6 +47,7 @@
 #include "ui/FrontKeeper.h"
 #include "ui/HeldKeys.h"
 #include "ui/MessageDialogs.h"
+#include "ui/PromptClicks.h"
 #include "ui/QtFileDialogs.h"
 
 namespace tessmar {
@@ -180,6 +181,7 @@ class Program {
   Help help_;
   CloseRequests closeRequests_;
   HeldKeys heldKeys_;
+  PromptClicks promptClicks_;
   FrontKeeper frontKeeper_;
   SessionEnd sessionEnd_;
 
