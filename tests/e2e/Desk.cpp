@@ -8,15 +8,12 @@
 #include <QProgressBar>
 #include <QSettings>
 #include <ctime>
-#include <stdexcept>
 
 namespace tessmar::test {
 
 using namespace Qt::StringLiterals;
 
 namespace {
-
-constexpr int kPatience = 15000;
 
 /// Less would fail a program that merely paints, more would let one pass that never sleeps.
 constexpr double kMostOfACore = 0.5;
@@ -39,26 +36,6 @@ void ExpectNoSpin() {
   const double before = ProcessorSeconds();
   Robot::Pause(kWhileMs);
   EXPECT_LT(ProcessorSeconds() - before, kMostOfACore * kWhileMs / 1000.0) << "the program spins";
-}
-
-LoggerProcess::LoggerProcess(const QString& link, const QStringList& options) {
-  process_.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-  process_.start(QStringLiteral(TESSMAR_SIM), QStringList{u"--link"_s, link} + options);
-  while (!process_.canReadLine()) {
-    if (!process_.waitForReadyRead(kPatience)) {
-      throw std::runtime_error("the simulated logger does not start");
-    }
-  }
-}
-
-LoggerProcess::~LoggerProcess() {
-  process_.terminate();
-  if (!process_.waitForFinished(kPatience)) process_.kill();
-}
-
-void LoggerProcess::PullOut() {
-  process_.kill();
-  process_.waitForFinished(kPatience);
 }
 
 Desk::Desk(const QStringList& loggerOptions, const QStringList& arguments,
@@ -100,7 +77,8 @@ Desk::~Desk() = default;
 
 void Desk::StartLogger(const QStringList& loggerOptions) {
   logger_.reset();
-  logger_ = std::make_unique<LoggerProcess>(Path(u"logger"_s), loggerOptions);
+  logger_ = std::make_unique<LoggerProcess>(QStringLiteral(TESSMAR_SIM), Path(u"logger"_s),
+                                            loggerOptions);
 }
 
 void Desk::PullOut() {

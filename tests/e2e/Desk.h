@@ -1,7 +1,6 @@
 #pragma once
 
 #include <QElapsedTimer>
-#include <QProcess>
 #include <QStringList>
 #include <QTemporaryDir>
 #include <functional>
@@ -9,6 +8,7 @@
 #include <ostream>
 
 #include "app/Program.h"
+#include "e2e/LoggerProcess.h"
 #include "e2e/Robot.h"
 
 /// How a failed test shows a text.
@@ -17,20 +17,6 @@ inline void PrintTo(const QString& text, std::ostream* out) {
 }
 
 namespace tessmar::test {
-
-/// A simulated logger in a process of its own, on a pseudo-terminal.
-class LoggerProcess {
- public:
-  /// Starts it and waits until it serves; throws std::runtime_error when it does not.
-  LoggerProcess(const QString& link, const QStringList& options);
-  ~LoggerProcess();
-
-  /// Pulls the adapter out: the process dies and its end of the pseudo-terminal closes.
-  void PullOut();
-
- private:
-  QProcess process_;
-};
 
 /// What a label of the main window shows.
 QString MainText(const QString& control);

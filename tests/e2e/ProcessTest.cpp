@@ -128,7 +128,7 @@ TEST_F(TheProcess, EndsWithItsSettingsWrittenWhenItIsAskedTo) {
 
 // A dialog that waits for the operator is answered first, as in any program.
 TEST_F(TheProcess, KeepsItsMainWindowUnderAnIdleDialog) {
-  const LoggerProcess logger(LinkPath(), {});
+  const LoggerProcess logger(QStringLiteral(TESSMAR_SIM), LinkPath(), {});
   Start({});
   WaitForWindow(dialog_);
   RequestClose(WaitForWindow(main_));
@@ -137,7 +137,7 @@ TEST_F(TheProcess, KeepsItsMainWindowUnderAnIdleDialog) {
 }
 
 TEST_F(TheProcess, EndsDuringAHandshakeOnADeadLine) {
-  const LoggerProcess logger(LinkPath(), {u"--fault"_s, u"silent"_s});
+  const LoggerProcess logger(QStringLiteral(TESSMAR_SIM), LinkPath(), {u"--fault"_s, u"silent"_s});
   Start({});
   PressKeys(WaitForWindow(dialog_), {u"Return"_s});
   // Well into the handshake, which takes many seconds on a dead line.
@@ -152,7 +152,7 @@ TEST_F(TheProcess, EndsDuringAHandshakeOnADeadLine) {
 // The log for support stands in a folder of its own here, and says what goes over the line to who
 // asks for it.
 TEST_F(TheProcess, TracesTheLineWhenItIsAskedTo) {
-  const LoggerProcess logger(LinkPath(), {u"--fault"_s, u"silent"_s});
+  const LoggerProcess logger(QStringLiteral(TESSMAR_SIM), LinkPath(), {u"--fault"_s, u"silent"_s});
   for (const char* asked : {"0", "1"}) {
     SCOPED_TRACE(asked);
     QFile::remove(LogPath());
@@ -185,7 +185,7 @@ TEST_F(TheProcess, SaysWhatIsWrongWithASwitch) {
 
 // For a developer: what would have been a quiet failure ends the program with its reason.
 TEST_F(TheProcess, EndsAtAFaultThatIsNotTrapped) {
-  LoggerProcess logger(LinkPath(), {u"--fault"_s, u"silent"_s});
+  LoggerProcess logger(QStringLiteral(TESSMAR_SIM), LinkPath(), {u"--fault"_s, u"silent"_s});
   Start({u"-d"_s});
   PressKeys(WaitForWindow(dialog_), {u"Return"_s});
   process_.waitForFinished(700);
