@@ -10,7 +10,7 @@ namespace {
 
 using enum FailureMode;
 
-constexpr std::array<FailureModeName, 21> kModes = {{
+constexpr std::array<FailureModeName, 30> kModes = {{
     {Silent, "silent", "carries out the request and says nothing"},
     {RequestLost, "request-lost", "never sees the request"},
     {AcknowledgeLost, "acknowledge-lost", "leaves out the 0xFA, sends the rest"},
@@ -32,6 +32,15 @@ constexpr std::array<FailureModeName, 21> kModes = {{
     {HeldAnswer, "held-answer", "keeps the answer back until the next request"},
     {LateCopy, "late-copy", "sends the answer again a second and a half later"},
     {RandomLoss, "random-loss", "loses acknowledges and replies at a rate (0.1)"},
+    {RequestTwice, "request-twice", "gets the request twice, and does it twice"},
+    {AcknowledgeTwice, "acknowledge-twice", "sends the 0xFA twice"},
+    {AcknowledgeBehind, "acknowledge-behind", "sends the 0xFA behind the rest"},
+    {ReplyLost, "reply-lost", "sends the 0xFA, leaves out the rest"},
+    {ReplyLate, "reply-late", "sends the rest a second and a half late"},
+    {FlippedBits, "flipped-bits", "damages any byte of the reply frame"},
+    {MissingByte, "missing-byte", "leaves out any byte of the reply frame"},
+    {DoubledByte, "doubled-byte", "sends any byte of the reply frame twice"},
+    {HangUp, "hang-up", "is cut off for ten seconds, this answer too"},
 }};
 
 constexpr double kUsualLoss = 0.1;

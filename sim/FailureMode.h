@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <random>
@@ -32,6 +33,15 @@ enum class FailureMode {
   HeldAnswer,              ///< The answer comes when the next request does, ahead of that one's.
   LateCopy,                ///< The whole answer comes once more, a second and a half later.
   RandomLoss,              ///< Acknowledges and replies are lost at a rate, each on its own.
+  RequestTwice,            ///< The request arrives twice and is carried out twice.
+  AcknowledgeTwice,        ///< The acknowledge comes twice in a row.
+  AcknowledgeBehind,       ///< The acknowledge comes behind what should follow it.
+  ReplyLost,               ///< The acknowledge comes, and nothing behind it.
+  ReplyLate,               ///< What follows the acknowledge is a second and a half late.
+  FlippedBits,             ///< One byte of a reply frame, anywhere in it, has other bits.
+  MissingByte,             ///< One byte of a reply frame, anywhere in it, is missing.
+  DoubledByte,             ///< One byte of a reply frame, anywhere in it, comes twice.
+  HangUp,                  ///< The line is dead for ten seconds, both ways, from the answer on.
 };
 
 struct FailureModeName {
@@ -71,6 +81,9 @@ class FaultPlan {
   /// Asked once per occasion for which the mode can matter; uses up a counted fault.
   /// @param opcode  of the request; nothing for a handshake letter.
   bool Strikes(FailureMode mode, std::optional<std::uint8_t> opcode);
+
+  /// A number below the end, which is above 0, by the same luck.
+  std::size_t Any(std::size_t end) { return luck_() % end; }
 
   /// How many records an upload delivers above the promised ones.
   int RecordsTooMany() const;

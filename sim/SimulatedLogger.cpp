@@ -12,6 +12,7 @@ using namespace std::chrono_literals;
 
 constexpr std::uint8_t kWrongAcknowledge = 0xFB;
 constexpr Micros kLateBy = 1500ms;
+constexpr Micros kDeadFor = 10s;
 constexpr std::array<std::uint8_t, 5> kJunk = {0x00, 0x13, 0x55, 0xFF, 0xFA};
 constexpr std::array<std::uint8_t, 2> kNoise = {0x55, 0xFF};
 constexpr std::uint32_t kIntervalAddress = LoggerMemory::kFirstArea + 32;
@@ -97,41 +98,62 @@ void SimulatedLogger::OnRequest(Request request, Micros now) {
   if (!std::ranges::equal(request.first(command->StartLength),
                           std::span(command->Start).first(command->StartLength)))
     return;
-  if (const std::optional<Answer> answer = (this->*command->Execute)(request, now))
-    Reply(*answer, opcode, now);
+  const int times = faults_.Strikes(FailureMode::RequestTwice, opcode) ? 2 : 1;
+  for (int time = 0; time < times; ++time) {
+    if (const std::optional<Answer> answer = (this->*command->Execute)(request, now))
+      Reply(*answer, opcode, now);
+  }
 }
 
 void SimulatedLogger::Reply(const Answer& answer, std::uint8_t opcode, Micros now) {
   if (faults_.Strikes(FailureMode::Silent, opcode)) return;
-  Bytes acknowledge = {kReceived};
-  if (faults_.Strikes(FailureMode::WrongAcknowledge, opcode)) acknowledge = {kWrongAcknowledge};
-  if (faults_.Strikes(FailureMode::AcknowledgeLost, opcode)) acknowledge.clear();
-  if (faults_.Strikes(FailureMode::RandomLoss, opcode)) acknowledge.clear();
-
-  Bytes rest = answer.Status;
-  if (answer.Reply) {
-    const Bytes reply = ReplyBytes(*answer.Reply, opcode);
-    rest.insert(rest.end(), reply.begin(), reply.end());
+  if (faults_.Strikes(FailureMode::HangUp, opcode)) {
+    deafUntil_ = std::max(deafUntil_, now + kDeadFor);
+    return;
   }
-  if (!rest.empty() && faults_.Strikes(FailureMode::RandomLoss, opcode)) rest.clear();
+  Bytes acknowledge = AcknowledgeBytes(opcode);
+  Bytes rest = RestBytes(answer, opcode);
 
   if (faults_.Strikes(FailureMode::NoiseAhead, opcode))
     acknowledge.insert(acknowledge.begin(), kNoise.begin(), kNoise.end());
   if (faults_.Strikes(FailureMode::NoiseBehind, opcode))
     rest.insert(rest.end(), kNoise.begin(), kNoise.end());
+  if (faults_.Strikes(FailureMode::AcknowledgeBehind, opcode)) std::swap(acknowledge, rest);
   if (faults_.Strikes(FailureMode::HeldAnswer, opcode)) {
     Hold(acknowledge, rest);
     return;
   }
   if (faults_.Strikes(FailureMode::LateAnswer, opcode)) now += kLateBy;
   const int times = faults_.Strikes(FailureMode::AnswerTwice, opcode) ? 2 : 1;
+  const Micros restLate = faults_.Strikes(FailureMode::ReplyLate, opcode) ? kLateBy : 0ms;
   for (int time = 0; time < times; ++time) {
     wire_.Send(acknowledge, now);
-    wire_.Send(rest, now + answer.WorkTime);
+    wire_.Send(rest, now + answer.WorkTime + restLate);
   }
   if (!faults_.Strikes(FailureMode::LateCopy, opcode)) return;
   wire_.Send(acknowledge, now + kLateBy);
   wire_.Send(rest, now + kLateBy + answer.WorkTime);
+}
+
+Bytes SimulatedLogger::AcknowledgeBytes(std::uint8_t opcode) {
+  Bytes acknowledge = {kReceived};
+  if (faults_.Strikes(FailureMode::WrongAcknowledge, opcode)) acknowledge = {kWrongAcknowledge};
+  if (faults_.Strikes(FailureMode::AcknowledgeLost, opcode)) acknowledge.clear();
+  if (faults_.Strikes(FailureMode::RandomLoss, opcode)) acknowledge.clear();
+  if (faults_.Strikes(FailureMode::AcknowledgeTwice, opcode)) acknowledge.push_back(kReceived);
+  return acknowledge;
+}
+
+/// What follows the acknowledge.
+Bytes SimulatedLogger::RestBytes(const Answer& answer, std::uint8_t opcode) {
+  Bytes rest = answer.Status;
+  if (answer.Reply) {
+    const Bytes reply = ReplyBytes(*answer.Reply, opcode);
+    rest.insert(rest.end(), reply.begin(), reply.end());
+  }
+  if (!rest.empty() && faults_.Strikes(FailureMode::RandomLoss, opcode)) rest.clear();
+  if (!rest.empty() && faults_.Strikes(FailureMode::ReplyLost, opcode)) rest.clear();
+  return rest;
 }
 
 void SimulatedLogger::Hold(const Bytes& acknowledge, const Bytes& rest) {
@@ -149,10 +171,28 @@ Bytes SimulatedLogger::ReplyBytes(const Bytes& payload, std::uint8_t opcode) {
   damage.WrongLength = faults_.Strikes(FailureMode::WrongLength, opcode);
   damage.BadEscape = faults_.Strikes(FailureMode::BadEscape, opcode);
   Bytes frame = EncodeFrame(payload, damage);
+  DamageFrame(frame, opcode);
   if (faults_.Strikes(FailureMode::StopsMidFrame, opcode)) frame.resize(frame.size() / 2);
   if (faults_.Strikes(FailureMode::JunkAhead, opcode))
     frame.insert(frame.begin(), kJunk.begin(), kJunk.end());
   return frame;
+}
+
+/// What a bad line makes of a frame, at any place of it.
+void SimulatedLogger::DamageFrame(Bytes& frame, std::uint8_t opcode) {
+  const auto any = [&] {
+    return frame.begin() + static_cast<std::ptrdiff_t>(faults_.Any(frame.size()));
+  };
+  if (faults_.Strikes(FailureMode::FlippedBits, opcode)) {
+    constexpr std::size_t kPatterns = 255;
+    const auto place = any();
+    *place = static_cast<std::uint8_t>(*place ^ (faults_.Any(kPatterns) + 1));
+  }
+  if (faults_.Strikes(FailureMode::MissingByte, opcode)) frame.erase(any());
+  if (faults_.Strikes(FailureMode::DoubledByte, opcode)) {
+    const auto place = any();
+    frame.insert(place, *place);
+  }
 }
 
 }  // namespace tessmar::sim

@@ -82,7 +82,10 @@ class SimulatedLogger final : public LineDevice {
   void Hold(const Bytes& acknowledge, const Bytes& rest);
   void ReleaseHeld(Micros now);
   void Reply(const Answer& answer, std::uint8_t opcode, Micros now);
+  Bytes AcknowledgeBytes(std::uint8_t opcode);
+  Bytes RestBytes(const Answer& answer, std::uint8_t opcode);
   Bytes ReplyBytes(const Bytes& payload, std::uint8_t opcode);
+  void DamageFrame(Bytes& frame, std::uint8_t opcode);
 
   std::optional<Answer> GetClock(Request request, Micros now);
   std::optional<Answer> SetClock(Request request, Micros now);

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <set>
 
 #include "HexBytes.h"
@@ -197,6 +198,67 @@ TEST(FailureModes, RandomLossIsTheSameForTheSameSeed) {
   EXPECT_NE(session(7), session(8));
 }
 
+TEST(FailureModes, ARequestThatComesTwiceIsCarriedOutTwice) {
+  SimulatedLogger logger({.Records = 25});
+  Ask(logger, kAskFirstBlock);
+  logger.AddFault({.Mode = FailureMode::RequestTwice, .Count = 1});
+  Ask(logger, kAskNextBlock);
+  EXPECT_EQ(Ask(logger, kAskNextBlock).substr(9, 2), "00") << "the records are over";
+  EXPECT_EQ(AskWith(FailureMode::RequestTwice, kAskCommit), "FA FC FA FC");
+}
+
+TEST(FailureModes, TheAcknowledgeComesTwiceOrBehindTheRest) {
+  EXPECT_EQ(AskWith(FailureMode::AcknowledgeTwice, kAskCommit), "FA FA FC");
+  EXPECT_EQ(AskWith(FailureMode::AcknowledgeBehind, kAskCommit), "FC FA");
+}
+
+TEST(FailureModes, AReplyIsLostOrLateBehindItsAcknowledge) {
+  EXPECT_EQ(AskWith(FailureMode::ReplyLost, kAskVersion), "FA");
+  SimulatedLogger logger;
+  logger.AddFault({.Mode = FailureMode::ReplyLate, .Count = 1});
+  logger.Receive(Hex(kAskCommit), 100ms);
+  const std::vector<sim::Output> expected{{100ms, {0xFA}}, {1600ms, {0xFC}}};
+  EXPECT_EQ(logger.TakeOutput(), expected);
+}
+
+/// How many of 2000 damaged answers have so many bytes, and differ from the good one.
+int CountDamaged(FailureMode mode, std::size_t bytes) {
+  SimulatedLogger logger;
+  logger.AddFault(mode);
+  int damaged = 0;
+  for (int time = 0; time < 2000; ++time) {
+    const std::string answer = Ask(logger, kAskVersion);
+    damaged += answer.size() == 3 * bytes - 1 && answer != kGoodVersion ? 1 : 0;
+  }
+  return damaged;
+}
+
+TEST(FailureModes, AnyByteOfAFrameIsDamagedMissingOrThereTwice) {
+  EXPECT_EQ(CountDamaged(FailureMode::FlippedBits, 14), 2000);
+  EXPECT_EQ(CountDamaged(FailureMode::MissingByte, 13), 2000);
+  EXPECT_EQ(CountDamaged(FailureMode::DoubledByte, 15), 2000);
+}
+
+TEST(FailureModes, DamageStrikesEachByteOfTheFrameAndNotTheAcknowledge) {
+  SimulatedLogger logger;
+  logger.AddFault(FailureMode::FlippedBits);
+  std::set<std::size_t> places;
+  for (int time = 0; time < 1000; ++time) {
+    const std::string answer = Ask(logger, kAskVersion);
+    const auto [ours, good] = std::ranges::mismatch(answer, kGoodVersion);
+    places.insert(static_cast<std::size_t>(ours - answer.begin()) / 3);
+  }
+  EXPECT_EQ(places, (std::set<std::size_t>{1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13}));
+}
+
+TEST(FailureModes, AHungUpLineIsDeadForTenSeconds) {
+  SimulatedLogger logger;
+  logger.AddFault({.Mode = FailureMode::HangUp, .Count = 1});
+  EXPECT_EQ(Ask(logger, kAskVersion, 1000), "");
+  EXPECT_EQ(Ask(logger, kAskVersion, 10'999), "");
+  EXPECT_EQ(Ask(logger, kAskVersion, 11'000), kGoodVersion);
+}
+
 /// Everything that a host gets to see in a session that touches every kind of request.
 std::vector<sim::Output> WholeSession(SimulatedLogger& logger) {
   constexpr std::array<std::string_view, 10> kRequests = {
@@ -267,7 +329,7 @@ TEST(FailureModes, HaveNamesOfTheirOwnInTheOrderOfTheEnum) {
     EXPECT_EQ(*ParseFault(mode.Name), Fault{.Mode = mode.Mode});
   }
   EXPECT_EQ(names.size(), sim::FailureModes().size());
-  EXPECT_EQ(expected, static_cast<int>(FailureMode::RandomLoss) + 1);
+  EXPECT_EQ(expected, static_cast<int>(FailureMode::HangUp) + 1);
 }
 
 TEST(ParseFault, ReadsCountRateAndOpcode) {
