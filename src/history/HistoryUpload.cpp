@@ -126,7 +126,10 @@ HistoryUpload::Verdict HistoryUpload::TakeFailure(bool answered) {
 // The number of records tells whether what had to be guessed was right.
 HistoryUpload::Verdict HistoryUpload::End() {
   const bool tooFew = IsShort() && (now_.FirstUnanswered || now_.Skipped);
-  const bool tooMany = Count() > totalRecords_ && now_.Believed && lineFails_;
+  // On a good line once: a logger whose blocks are equal, and that has stored more, says the same
+  // again.
+  const bool mayBeCopies = now_.Believed && (lineFails_ || timesBegunAnew_ == 0);
+  const bool tooMany = Count() > totalRecords_ && mayBeCopies;
   if ((!tooFew && !tooMany) || timesBegunAnew_ >= kMostTimesBegunAnew) return Verdict::Complete;
   BeginAnew();
   return Verdict::BegunAnew;

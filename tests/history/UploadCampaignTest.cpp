@@ -132,6 +132,29 @@ TEST_F(UploadCampaign, AnswersThatComeTwice) {
   EXPECT_EQ(tally_.Complete, 32);
 }
 
+// The copy is taken for the answer that is missing, and nothing follows it.
+TEST_F(UploadCampaign, ADoubledAnswerWithALostRequestBehindItShowsInTheCountAndIsBegunAnew) {
+  UploadRig rig({.Records = 25, .BaudRate = 9600}, buffer_);
+  int blocks = 0;
+  const auto strike = [&] {
+    ++blocks;
+    if (blocks == 1) rig.Logger.AddFault({.Mode = FailureMode::AnswerTwice, .Count = 1});
+    if (blocks == 2) rig.Logger.AddFault({.Mode = FailureMode::RequestLost, .Count = 1});
+  };
+  EXPECT_EQ(rig.Pull({[] { return true; }, strike}), UploadEnd::Complete);
+  EXPECT_EQ(rig.Received(), rig.Stored(25));
+  EXPECT_EQ(rig.Upload().TimesBegunAnew(), 1);
+}
+
+// A logger that says the same again is believed.
+TEST_F(UploadCampaign, EqualBlocksWithMoreRecordsThanPromisedAreReadTwiceOnAGoodLine) {
+  UploadRig rig({.Records = 25, .ClockStopsAt = 0}, buffer_);
+  rig.Logger.AddFault({.Mode = FailureMode::MoreRecords, .Count = 14});
+  EXPECT_EQ(rig.Pull(), UploadEnd::Complete);
+  EXPECT_EQ(rig.Received(), rig.Stored(39));
+  EXPECT_EQ(rig.Upload().TimesBegunAnew(), 1);
+}
+
 TEST_F(UploadCampaign, FailuresMixedAtRandom) {
   for (std::uint32_t seed = 1; seed <= 150; ++seed) {
     std::mt19937 luck(seed);
