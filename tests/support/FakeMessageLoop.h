@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <map>
 #include <stdexcept>
@@ -19,7 +20,7 @@ class FakeMessageLoop final : public MessageLoop {
         }) {}
 
   void RunOnce() override {
-    if (++runs_ > kMostRuns) throw std::runtime_error("the loop was run without an end");
+    if (++runs_ > MostRuns) throw std::runtime_error("the loop was run without an end");
     if (!events_.empty() && events_.begin()->first <= nextTickMs_) {
       RunFirstEvent();
       return;
@@ -32,7 +33,7 @@ class FakeMessageLoop final : public MessageLoop {
 
   /// Runs the events that are due now.
   void RunPending() override {
-    if (++runs_ > kMostRuns) throw std::runtime_error("the loop was run without an end");
+    if (++runs_ > MostRuns) throw std::runtime_error("the loop was run without an end");
     while (!events_.empty() && events_.begin()->first <= nowMs_) RunFirstEvent();
   }
 
@@ -57,6 +58,8 @@ class FakeMessageLoop final : public MessageLoop {
 
   /// What a tick does; lowers WaitTicks unless a test sets more.
   std::function<void()> OnTick;
+  /// A loop that was run so often has no end. Raised by who runs it for months.
+  std::int64_t MostRuns = 2'000'000;
 
  private:
   void RunFirstEvent() {
@@ -67,13 +70,11 @@ class FakeMessageLoop final : public MessageLoop {
     work();
   }
 
-  static constexpr int kMostRuns = 2'000'000;
-
   std::multimap<qint64, std::function<void()>> events_;
   qint64 nowMs_ = 0;
   qint64 nextTickMs_ = 100;
   int ticks_ = 0;
-  int runs_ = 0;
+  std::int64_t runs_ = 0;
   bool ending_ = false;
 };
 
