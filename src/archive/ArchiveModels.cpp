@@ -67,7 +67,7 @@ int LoggersModel::rowCount(const QModelIndex& parent) const {
 }
 
 QVariant LoggersModel::data(const QModelIndex& index, int role) const {
-  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  if (!index.isValid() || !checkIndex(index)) return {};
   if (role != Qt::DisplayRole && role != Qt::ToolTipRole) return {};
   switch (KindOf(index.row())) {
     case Kind::All:
@@ -97,7 +97,7 @@ int UploadsModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant UploadsModel::data(const QModelIndex& index, int role) const {
-  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  if (!index.isValid() || !checkIndex(index)) return {};
   const UploadRow& upload = Upload(index.row());
   if (role == Qt::DisplayRole || role == Qt::ToolTipRole) return Text(upload, index.column());
   if (role == kSortRole) return SortKey(upload, index.column());
@@ -163,7 +163,7 @@ int LogbookModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant LogbookModel::data(const QModelIndex& index, int role) const {
-  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  if (!index.isValid() || !checkIndex(index)) return {};
   const EventRow& event = Entry(index.row());
   if (role == Qt::DisplayRole || role == Qt::ToolTipRole) return Text(event, index.column());
   if (role == kTimeRole || (role == kSortRole && index.column() == At)) return event.At;

@@ -67,7 +67,7 @@ int CalibrationsModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant CalibrationsModel::data(const QModelIndex& index, int role) const {
-  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  if (!index.isValid() || !checkIndex(index)) return {};
   const CalibrationRow& row = Row(index.row());
   if (role == Qt::DisplayRole || role == Qt::ToolTipRole) return Text(row, index.column());
   if (role == kTimeRole) return row.At;

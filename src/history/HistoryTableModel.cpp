@@ -28,7 +28,7 @@ int HistoryTableModel::columnCount(const QModelIndex& parent) const {
 }
 
 QVariant HistoryTableModel::data(const QModelIndex& index, int role) const {
-  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  if (!index.isValid() || !checkIndex(index)) return {};
   switch (role) {
     case Qt::DisplayRole:
       return table_->CellText(index.row(), index.column());

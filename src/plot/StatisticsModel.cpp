@@ -57,7 +57,7 @@ QString StatisticsModel::Text(const ChannelStatistics& row, int column) const {
 }
 
 QVariant StatisticsModel::data(const QModelIndex& index, int role) const {
-  if (!checkIndex(index, CheckIndexOption::IndexIsValid)) return {};
+  if (!index.isValid() || !checkIndex(index)) return {};
   const int column = index.column() + (byDay_ ? 0 : 1);
   const auto row = static_cast<std::size_t>(index.row());
   if (role == Qt::DisplayRole) return Text(rows_[row], column);

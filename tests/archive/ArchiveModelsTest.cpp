@@ -5,9 +5,11 @@
 #include <QAbstractItemModelTester>
 #include <QLocale>
 
+#include "archive/CalibrationsModel.h"
 #include "archive/UploadsRig.h"
 #include "archive/WindowTexts.h"
 #include "base/TextTable.h"
+#include "support/ToolkitWarnings.h"
 
 namespace tessmar::test {
 namespace {
@@ -62,6 +64,19 @@ class ArchiveModels : public testing::Test {
 
   SystemLocale locale_{QLocale(QLocale::English, QLocale::UnitedStates)};
 };
+
+// The key for copying asks an empty list so.
+TEST_F(ArchiveModels, HaveNothingForNoCellAndSayNothingOfIt) {
+  const LoggersModel loggers;
+  const UploadsModel uploads(locale_);
+  const LogbookModel logbook(locale_);
+  const CalibrationsModel calibrations(locale_);
+  const ToolkitWarnings warnings;
+  for (const QAbstractItemModel* model : std::initializer_list<const QAbstractItemModel*>{
+           &loggers, &uploads, &logbook, &calibrations})
+    EXPECT_FALSE(model->data(QModelIndex()).isValid());
+  EXPECT_EQ(ToolkitWarnings::Said(), QStringList());
+}
 
 TEST_F(ArchiveModels, LoggersStandBetweenAllAndTheBin) {
   LoggersModel model;

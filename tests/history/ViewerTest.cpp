@@ -23,6 +23,7 @@
 #include "support/FakeMessageLoop.h"
 #include "support/FakeOutside.h"
 #include "support/SmallDisk.h"
+#include "support/ToolkitWarnings.h"
 
 namespace tessmar {
 namespace {
@@ -47,6 +48,14 @@ TEST(HistoryTableModel, IsAModelAsTheViewsWantIt) {
   model.SetTable(std::nullopt);
   EXPECT_EQ(model.rowCount(), 0);
   EXPECT_EQ(model.columnCount(), 0);
+}
+
+// The key for copying asks an empty table so.
+TEST(HistoryTableModel, HasNothingForNoCellAndSaysNothingOfIt) {
+  const HistoryTableModel model;
+  const test::ToolkitWarnings warnings;
+  EXPECT_FALSE(model.data(QModelIndex(), Qt::DisplayRole).isValid());
+  EXPECT_EQ(test::ToolkitWarnings::Said(), QStringList());
 }
 
 TEST(HistoryTableModel, GivesTheCellsHeadingsAndAlignmentOfTheTable) {
