@@ -312,13 +312,14 @@ void Campaign::CheckAfterLife() {
     if (!complaints.isEmpty()) throw Finding(u"the archive: "_s + complaints.join(u", "_s));
   }
   const Holdings present = HoldingsOfProcess();
-  Note(u"a life has ended: %1 threads, %2 descriptors"_s.arg(present.Threads)
+  Note(u"a life has ended: %1 threads, %2 descriptors"_s.arg(present.Threads.size())
            .arg(present.Descriptors.size()));
   // The first two lives open what is opened once.
   if (lives_ == 2) atFirst_ = present;
   if (lives_ <= 2) return;
-  if (present.Threads > atFirst_.Threads)
-    throw Finding(u"%1 threads, %2 at first"_s.arg(present.Threads).arg(atFirst_.Threads));
+  if (present.Threads.size() > atFirst_.Threads.size())
+    throw Finding(u"more threads, %1, than at first, %2"_s.arg(present.Threads.join(u", "_s),
+                                                               atFirst_.Threads.join(u", "_s)));
   if (present.Descriptors.size() > atFirst_.Descriptors.size())
     throw Finding(u"more descriptors, %1, than at first, %2"_s.arg(
         present.Descriptors.join(u", "_s), atFirst_.Descriptors.join(u", "_s)));

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QFile>
 #include <QThread>
 #include <QWidget>
 
@@ -134,7 +135,13 @@ Holdings HoldingsOfProcess() {
   const auto entries = [](const QString& folder) {
     return QDir(folder).entryInfoList(QDir::AllEntries | QDir::System | QDir::NoDotAndDotDot);
   };
-  Holdings held{.Threads = static_cast<int>(entries(u"/proc/self/task"_s).size())};
+  Holdings held;
+  const QFileInfoList threads = entries(u"/proc/self/task"_s);
+  for (const QFileInfo& thread : threads) {
+    QFile name(thread.filePath() + u"/comm"_s);
+    if (name.open(QIODevice::ReadOnly))
+      held.Threads.append(QString::fromUtf8(name.readAll().trimmed()));
+  }
   const QFileInfoList descriptors = entries(u"/proc/self/fd"_s);
   for (const QFileInfo& descriptor : descriptors) {
     const QString target = descriptor.symLinkTarget();

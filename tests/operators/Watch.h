@@ -30,7 +30,7 @@ class Watch {
 
 /// What this process holds of the system.
 struct Holdings {
-  int Threads = 0;
+  QStringList Threads = {};      ///< Their names.
   QStringList Descriptors = {};  ///< What each leads to.
 };
 Holdings HoldingsOfProcess();

@@ -84,6 +84,8 @@ int Run(Application& application, const QString& folder) {
   application.OnFault = [&campaign](const Fault& fault) {
     campaign.Tell(u"a fault that no operation has caught: "_s + QString::fromUtf8(fault.what()));
   };
+  // Who runs this in the background may have let them be ignored.
+  for (const int number : {SIGINT, SIGTERM, SIGHUP}) std::signal(number, SIG_DFL);
   const TerminationSignals signals([&campaign] { campaign.EndBySignal(); });
   campaign.Run();
   qInstallMessageHandler(nullptr);
