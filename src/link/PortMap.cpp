@@ -66,6 +66,7 @@ void PortMap::Assign(std::int16_t number, const QString& device) {
 }
 
 QString PortMap::Device(int number) const {
+  if (number < 1 || number > INT16_MAX) return {};
   const auto found = overrides_.find(static_cast<std::int16_t>(number));
   return found != overrides_.end() ? found->second.Device : UsualDevice(number);
 }

@@ -32,6 +32,12 @@ TEST(PortMap, HasNoDeviceBeyondTheUsualPlaces) {
   EXPECT_EQ(map.Number(u"/dev/null"_s), std::nullopt);
 }
 
+TEST(PortMap, TakesNoNumberForOneOfFewerBits) {
+  const PortMap map(u"COM9=/dev/pond"_s);
+  for (const int number : {65536 + 9, 65536 + 5, INT32_MIN, INT32_MAX})
+    EXPECT_EQ(map.Device(number), QString()) << number;
+}
+
 TEST(PortMap, TakesAnOverrideWithAFriendlyName) {
   const PortMap map(u"COM9=/tmp/logger,Simulated logger"_s);
   EXPECT_EQ(map.Device(9), u"/tmp/logger"_s);
