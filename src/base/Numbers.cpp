@@ -142,9 +142,17 @@ bool TakeOneOf(QString& text, std::initializer_list<QString> signs) {
   return false;
 }
 
+/// True for a sign at most and digits, which every locale reads alike.
+bool IsPlainInteger(const QString& text) {
+  const qsizetype first = text.startsWith(u'-') ? 1 : 0;
+  return text.size() > first && std::all_of(text.begin() + first, text.end(), IsDigit);
+}
+
 /// A text that is a number by the locale's conventions, written with ASCII digits and a point;
 /// nothing when it is no such number.
 std::optional<QString> PlainNumber(const QString& text, const QLocale& locale) {
+  // Asking the locale for its signs costs ten times as much, and a setup file has a hundred such.
+  if (IsPlainInteger(text)) return text;
   QString rest = WithoutBlanksAtTheEnds(text);
   QString plain;
   if (TakeOneOf(rest, {u"-"_s, WithoutBlanks(locale.negativeSign())})) {

@@ -234,7 +234,10 @@ constexpr std::array kSharedKeys{QByteArrayView("Enable"), QByteArrayView("EngUn
                                  QByteArrayView("DecPlaces")};
 
 void AppendLine(QString& text, QLatin1StringView key, const QString& value) {
-  text += key + u'=' + value + kLineEnd;
+  text += key;
+  text += u'=';
+  text += value;
+  text += kLineEnd;
 }
 
 void AppendRows(QString& text, KeyRows rows, const WriteSide& side) {
