@@ -6,7 +6,7 @@ if(TESSMAR_SANITIZE)
   target_compile_options(tessmar_compiler INTERFACE -fsanitize=${TESSMAR_SANITIZE} -fno-omit-frame-pointer
                                                     -fno-sanitize-recover=all
                                                     # Wrong about std::vector in instrumented code.
-                                                    -Wno-stringop-overflow)
+                                                    $<$<CXX_COMPILER_ID:GNU>:-Wno-stringop-overflow>)
   target_link_options(tessmar_compiler INTERFACE -fsanitize=${TESSMAR_SANITIZE})
 endif()
 if(TESSMAR_COVERAGE)

@@ -19,6 +19,8 @@ check_packages=(
   dpkg-dev file lintian appstream desktop-file-utils mandoc
   xdotool
 )
+# What tests/proof/fuzz needs besides for its long form.
+fuzz_packages=(clang-14 libclang-rt-14-dev)
 
 # install_missing PACKAGE...: installs those of the packages that this machine lacks.
 install_missing() {
