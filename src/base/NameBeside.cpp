@@ -16,9 +16,11 @@ namespace {
 
 constexpr std::string_view kStart = ".tessmar-";
 constexpr int kBase = 36;
+/// Of the largest number of 64 bits. All names have so many, so that no other file looks like one.
+constexpr qsizetype kDigits = 13;
 
 bool IsNameBeside(std::string_view name) {
-  if (!name.starts_with(kStart) || name.size() == kStart.size()) return false;
+  if (!name.starts_with(kStart) || name.size() != kStart.size() + kDigits) return false;
   return std::ranges::all_of(name.substr(kStart.size()), [](char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z');
   });
@@ -42,7 +44,7 @@ QByteArray FolderOf(const QByteArray& file) {
 QByteArray NameBeside(const QByteArray& file) {
   const auto number = QRandomGenerator::system()->generate64();
   return FolderOf(file) + '/' + QByteArray(kStart.data(), kStart.size()) +
-         QByteArray::number(number, kBase);
+         QByteArray::number(number, kBase).rightJustified(kDigits, '0');
 }
 
 void RemoveLeftovers(const QByteArray& folder) {

@@ -251,9 +251,10 @@ TEST_F(WholeFileTest, TakesAwayWhatAKilledProcessHasLeftADayAgo) {
     ASSERT_TRUE(file.setFileTime(now.addSecs(-ageS), QFile::FileModificationTime));
   };
   put(u".tessmar-1y2p0ij32e8e7"_s, 86500);
-  put(u".tessmar-0"_s, 90000000);
-  put(u".tessmar-inthemaking"_s, 86000);
+  put(u".tessmar-0000000000000"_s, 90000000);
+  put(u".tessmar-inthemaking00"_s, 86000);
   put(u".tessmar-"_s, 86500);
+  put(u".tessmar-backup"_s, 86500);
   put(u".tessmar-Theirs"_s, 86500);
   put(u".tessmar-their.s"_s, 86500);
   put(u"tessmar-1y2p0ij32e8e7"_s, 86500);
@@ -262,16 +263,17 @@ TEST_F(WholeFileTest, TakesAwayWhatAKilledProcessHasLeftADayAgo) {
   WriteWholeFile(Path(u"a"_s), "new");
   QStringList files = Files();
   files.sort();
-  EXPECT_EQ(files, QStringList({u".tessmar-"_s, u".tessmar-Theirs"_s, u".tessmar-folder"_s,
-                                u".tessmar-inthemaking"_s, u".tessmar-link"_s,
-                                u".tessmar-their.s"_s, u"a"_s, u"tessmar-1y2p0ij32e8e7"_s}));
+  EXPECT_EQ(files,
+            QStringList({u".tessmar-"_s, u".tessmar-Theirs"_s, u".tessmar-backup"_s,
+                         u".tessmar-folder"_s, u".tessmar-inthemaking00"_s, u".tessmar-link"_s,
+                         u".tessmar-their.s"_s, u"a"_s, u"tessmar-1y2p0ij32e8e7"_s}));
 }
 
 TEST(WholeFileOfAnother, LeavesWhatAnotherUserLeft) {
   if (::geteuid() != 0) GTEST_SKIP() << "nobody else is to be had";
   const QTemporaryDir folder;
   ASSERT_EQ(::chmod(QFile::encodeName(folder.path()).constData(), 0777), 0);
-  const QString left = folder.filePath(u".tessmar-0"_s);
+  const QString left = folder.filePath(u".tessmar-0000000000000"_s);
   {
     QFile file(left);
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
