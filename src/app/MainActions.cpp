@@ -52,7 +52,15 @@ void MainActions::GetSample() {
 }
 
 void MainActions::GetHistory() {
-  if (MayStartOperation(link_)) screens_.GetHistory();
+  if (!MayStartOperation(link_)) return;
+  // What is uploaded is kept under the logger's name and with its settings.
+  if (!logger_.Configuration.HasReadAll()) {
+    const BusyScope busy(link_);
+    const WaitCursorScope waiting(screen_);
+    logger_.Configuration.RefreshFromLogger();
+    if (loop_.Ending()) return;
+  }
+  screens_.GetHistory();
 }
 
 void MainActions::ClearHistory() {

@@ -310,5 +310,29 @@ TEST_F(MainActionsTest, TheImageImportNeedsNoSession) {
   EXPECT_EQ(ImportShown, 1);
 }
 
+// What is uploaded is kept with the settings of the logger that it came from, and under its name.
+TEST_F(MainActionsTest, SettingsThatWereNotReadAtTheConnectionAreReadBeforeAnUpload) {
+  Logger.Failing = {0x08};
+  Logger.OnCommand = [this](std::uint8_t) {
+    // The identifier is answered, the configuration is not.
+    if (Logger.Count(0x08) <= 1)
+      Logger.Failing.clear();
+    else
+      Logger.Failing = {0x08};
+  };
+  TheSession.Connect();
+  ASSERT_TRUE(Link.Connected);
+  ASSERT_EQ(Settings.LoggerName, QString());
+  Logger.OnCommand = nullptr;
+  Logger.Failing.clear();
+  Actions.GetHistory();
+  EXPECT_EQ(HistoryShown, 1);
+  EXPECT_EQ(Settings.LoggerName, u"Pond 7"_s);
+  EXPECT_FALSE(Link.Busy);
+  Forget();
+  Actions.GetHistory();
+  EXPECT_EQ(Port.Writes.size(), 0u) << "they are read once";
+}
+
 }  // namespace
 }  // namespace tessmar::test
