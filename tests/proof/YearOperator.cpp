@@ -151,12 +151,7 @@ void YearOperator::RunSession() {
   PlugIn(modem);
   AddFaults();
   ++tally_.Sessions;
-  for (int attempt = 0; attempt < 3 && !core_.Link.Connected; ++attempt) {
-    if (modem_ && modem) modem_->LineDropped();
-    if (!core_.Connect(modem)) ++tally_.Refused;
-    CheckRest();
-  }
-  if (!core_.Link.Connected) return;
+  if (!ConnectAndRead(modem)) return;
   const int actions = 1 + Any(5);
   for (int i = 0; i < actions && core_.Port.IsOpen(); ++i) {
     core_.Loop.RunFor(kSecondMs * (1 + Any(60)));
@@ -165,6 +160,25 @@ void YearOperator::RunSession() {
     CheckRest();
   }
   Leave();
+}
+
+// A window without the logger's name says that its settings were not read: whoever sees it reads
+// them again, and does nothing without them.
+bool YearOperator::ConnectAndRead(bool modem) {
+  for (int attempt = 0; attempt < 3 && !core_.Link.Connected; ++attempt) {
+    if (modem_ && modem) modem_->LineDropped();
+    if (!core_.Connect(modem)) ++tally_.Refused;
+    CheckRest();
+  }
+  if (!core_.Link.Connected) return false;
+  tally_.Nameless += core_.Settings.LoggerName.isEmpty() ? 1 : 0;
+  for (int attempt = 0; attempt < 3 && core_.Settings.LoggerName.isEmpty(); ++attempt) {
+    core_.Actions.GetSample();
+    CheckRest();
+  }
+  if (!core_.Settings.LoggerName.isEmpty()) return true;
+  Leave();
+  return false;
 }
 
 void YearOperator::Act() {
@@ -297,7 +311,7 @@ void YearOperator::Leave() {
 
 void YearOperator::UploadAtLast() {
   PlugIn(false);
-  core_.Connect(false);
+  ConnectAndRead(false);
   UploadHistory(false);
   Leave();
   core_.LetArchiveFinish();

@@ -17,7 +17,8 @@ namespace tessmar::test {
 /// What was done and met, for the figures.
 struct YearTally {
   int Sessions = 0;
-  int Refused = 0;  ///< Attempts to connect that came to nothing.
+  int Refused = 0;   ///< Attempts to connect that came to nothing.
+  int Nameless = 0;  ///< Sessions in which the logger's settings could not be read at first.
   int PulledOut = 0;
   int Uploads = 0;
   int Complete = 0;
@@ -65,6 +66,7 @@ class YearOperator {
   void PlugIn(bool modem);
   void AddFaults();
   void RunSession();
+  bool ConnectAndRead(bool modem);
   void Act();
   void CheckRest();
   void SampleForAWhile();

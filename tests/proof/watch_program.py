@@ -57,14 +57,16 @@ def press(key):
 class Program:
     def __init__(self, folder, programs):
         self.archive = folder / "archive.sqlite"
-        store = folder / "home/Tessmar"
+        self.home = folder / "home"
+        self.start = time.monotonic()
+        store = self.home / "Tessmar"
         store.mkdir(parents=True)
         (store / "Tessmar Logger.ini").write_text(
             "[Configuration]\nDirectPort=COM9\nDirectBaud=115200\n")
         environment = dict(os.environ, LC_ALL="C.UTF-8", TESSMAR_PORTS=f"COM9={folder / 'logger'},Logger",
                            TESSMAR_ARCHIVE=str(self.archive))
         for variable in ("XDG_CONFIG_HOME", "XDG_DATA_HOME", "XDG_STATE_HOME"):
-            environment[variable] = str(folder / "home")
+            environment[variable] = str(self.home)
         self.process = subprocess.Popen([programs / "TessmarLogger"], env=environment)
         self.proc = pathlib.Path("/proc") / str(self.process.pid)
 
@@ -95,6 +97,20 @@ class Program:
 
         # A key that comes while the connection is still being read does nothing.
         wait_for("a sample", samples_come)
+
+    def wait(self, seconds):
+        """Lets time pass; a program that ends meanwhile has failed."""
+        begin = time.monotonic()
+        while (left := begin + seconds - time.monotonic()) > 0:
+            try:
+                self.process.wait(left)
+            except subprocess.TimeoutExpired:
+                continue
+            log = sorted(self.home.rglob("*.log"))
+            said = log[-1].read_text(errors="replace").splitlines()[-12:] if log else []
+            raise Failed("\n    ".join(
+                [f"the program ended with {self.process.returncode} by itself, {time.monotonic() - self.start:.0f} s"
+                 f" after its start, with {self.samples()} samples", *said]))
 
     def number(self, file, name):
         for line in (self.proc / file).read_text().splitlines():
@@ -154,14 +170,14 @@ def rate(first, last, what):
 
 def watch(program, seconds):
     settle = min(120, seconds // 4)
-    time.sleep(settle)
+    program.wait(settle)
     part = max(5, min(300, seconds // 5))
     looks = [program.look()]
-    time.sleep(part)
+    program.wait(part)
     looks.append(program.look())
-    time.sleep(max(0, seconds - 2 * part))
+    program.wait(max(0, seconds - 2 * part))
     looks.append(program.look())
-    time.sleep(part)
+    program.wait(part)
     looks.append(program.look())
     first, last = looks[0], looks[-1]
     passed = last["at"] - first["at"]
