@@ -57,12 +57,18 @@ void RefuseIrregular(const QString& path) {
     throw ArchiveFault(ArchiveTrouble::NotAFile, "no regular file: " + path.toStdString());
 }
 
+// The first byte of every database alone: what SQLite leaves of a new one on a disk without room.
+bool IsFailedBeginning(const QString& path) {
+  QFile file(path);
+  return file.open(QIODevice::ReadOnly) && file.read(2) == "S";
+}
+
 // SQLite takes a file of one byte for an empty database and would write over it. No database is
 // shorter than its smallest page.
 void RefuseStub(const QString& path) {
   constexpr qint64 kSmallestPage = 512;
   const qint64 size = QFileInfo(path).size();
-  if (size > 0 && size < kSmallestPage)
+  if (size > 0 && size < kSmallestPage && !(size == 1 && IsFailedBeginning(path)))
     throw ArchiveFault(ArchiveTrouble::Damaged, "too short for a database");
 }
 

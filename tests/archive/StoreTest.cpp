@@ -168,6 +168,18 @@ TEST_F(ArchiveStore, MovesAFileAsideUnderADatedNameAndNeverOverAnother) {
   }
 }
 
+// As a disk leaves it that is full before the first page of a new archive.
+TEST_F(ArchiveStore, ABeginningOfOneByteIsBegunAnew) {
+  Put("S");
+  EXPECT_EQ(TroubleOfOpening(), std::nullopt);
+  EXPECT_EQ(OtherProgram(Path()).Get(u"SELECT count(*) FROM upload"_s), 0);
+  Put("x");
+  EXPECT_EQ(TroubleOfOpening(), ArchiveTrouble::Damaged);
+  Put("SQ");
+  EXPECT_EQ(TroubleOfOpening(), ArchiveTrouble::Damaged);
+  EXPECT_EQ(Content(Path()), "SQ");
+}
+
 // Beside a new file SQLite would remove what was committed last.
 TEST_F(ArchiveStore, IsNotMovedAsideWithoutWhatWasCommittedLast) {
   if (::geteuid() != 0) GTEST_SKIP() << "no file can be given to somebody else";

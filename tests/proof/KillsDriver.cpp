@@ -13,12 +13,15 @@
 // without a name nor room in advance, --locked a folder that takes no new files. At the end "calls
 // N growth N" says how many calls there were, and how many bytes the files grew by.
 
+#include <sys/prctl.h>
+
 #include <QCommandLineParser>
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
 #include <QTextStream>
+#include <csignal>
 #include <cstdio>
 
 #include "proof/KillsFiles.h"
@@ -111,6 +114,8 @@ int WriteOnce(FileWriter& writer, const QString& path, int generation) {
 }
 
 int Repeat(FileWriter& writer, const QString& path) {
+  // Not beyond whoever wanted to kill it.
+  ::prctl(PR_SET_PDEATHSIG, SIGKILL);
   for (int generation = 1;; generation = generation % kGenerations + 1) {
     if (writer.Write(path, generation)) return 1;
   }
