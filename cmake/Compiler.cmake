@@ -10,7 +10,8 @@ if(TESSMAR_SANITIZE)
   target_link_options(tessmar_compiler INTERFACE -fsanitize=${TESSMAR_SANITIZE})
 endif()
 if(TESSMAR_COVERAGE)
-  target_compile_options(tessmar_compiler INTERFACE --coverage)
+  # Of what is counted alone: the core.
+  target_compile_options(tessmar_compiler INTERFACE $<$<BOOL:$<TARGET_PROPERTY:TESSMAR_COUNTED>>:--coverage>)
   target_link_options(tessmar_compiler INTERFACE --coverage)
 endif()
 

@@ -17,7 +17,7 @@ check_packages=(
   clang-format clang-tidy netcdf-bin sqlite3
   libqt6sql6-psql postgresql-15 python3-psycopg2 python3-gsw
   dpkg-dev file lintian appstream desktop-file-utils mandoc
-  xdotool
+  xdotool gcovr
 )
 # What tests/proof/fuzz needs besides for its long form.
 fuzz_packages=(clang-14 libclang-rt-14-dev)
