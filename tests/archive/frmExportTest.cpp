@@ -12,6 +12,7 @@
 #include <QTest>
 #include <QTimer>
 #include <QTreeView>
+#include <atomic>
 #include <chrono>
 #include <thread>
 
@@ -66,15 +67,18 @@ TEST_F(ExportProgressWindow, ShowsHowFarTheWorkIsAndStaysAlive) {
   frmExport window(nullptr);
   QString reading;
   QString writing;
+  // The work runs in a thread of its own, and may look at nothing else of this one.
+  std::atomic<bool> isRead = false;
   WhenShown([&](QDialog& shown) {
     reading = shown.findChild<QLabel*>(u"lblStatusBar"_s)->text();
     EXPECT_FALSE(shown.findChild<QProgressBar*>(u"ProgressBar"_s)->accessibleName().isEmpty());
     EXPECT_FALSE(shown.findChild<QPushButton*>(u"cmdCancel"_s)->hasFocus());
+    isRead = true;
   });
   window.Run([&](ExportState& state) {
     state.Total = 400;
     state.Done = 100;
-    while (reading.isEmpty()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    while (!isRead) std::this_thread::sleep_for(std::chrono::milliseconds(1));
     state.Writes = true;
     // The timer of the window turns on all the while.
     while (writing.isEmpty()) {
