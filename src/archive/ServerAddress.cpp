@@ -38,7 +38,7 @@ void Set(ServerAddress& address, const QString& name, const QString& value) {
 
 // "host:5432,[::1]:5433" as lists of hosts and of ports.
 void SetHosts(ServerAddress& address, QStringView text) {
-  static const QRegularExpression kHost(uR"(^(\[[^\]]*\]|[^:\[\]]*)(?::([0-9]*))?$)"_s);
+  static const QRegularExpression kHost(uR"(^(\[[^\]]*\]|[^:\[\]]*)(?::([0-9]*))?\z)"_s);
   QStringList hosts;
   QStringList ports;
   for (const QStringView part : text.split(u',')) {
@@ -60,7 +60,7 @@ void SetParameters(ServerAddress& address, QStringView text) {
     if (equals < 1) Refuse(u"no parameter=value"_s);
     QString name = Decoded(part.left(equals));
     QString value = Decoded(part.mid(equals + 1));
-    static const QRegularExpression kName(u"^[a-z_]+$"_s);
+    static const QRegularExpression kName(u"^[a-z_]+\\z"_s);
     if (!kName.match(name).hasMatch()) Refuse(u"no parameter=value"_s);
     // What other programs write for it.
     if (name == "ssl"_L1 && value == "true"_L1) {

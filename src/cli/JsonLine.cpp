@@ -36,7 +36,8 @@ JsonLine& JsonLine::Number(const char* key, qint64 value) {
 }
 
 JsonLine& JsonLine::Written(const char* key, const QString& number) {
-  static const QRegularExpression form(u"^-?(0|[1-9][0-9]*)(\\.[0-9]+)?$"_s);
+  // Not "$", which a line feed may stand behind.
+  static const QRegularExpression form(u"^-?(0|[1-9][0-9]*)(\\.[0-9]+)?\\z"_s);
   return form.match(number).hasMatch() ? Add(key, number) : Null(key);
 }
 

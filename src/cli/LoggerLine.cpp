@@ -25,7 +25,7 @@ constexpr std::int16_t kPathNumber = 1;
 constexpr int kPatienceTicks = 50;
 
 bool IsComName(const QString& operand) {
-  static const QRegularExpression form(u"^COM[1-9][0-9]{0,3}$"_s,
+  static const QRegularExpression form(u"^COM[1-9][0-9]{0,3}\\z"_s,
                                        QRegularExpression::CaseInsensitiveOption);
   return form.match(operand).hasMatch();
 }

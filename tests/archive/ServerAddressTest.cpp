@@ -57,7 +57,8 @@ TEST(ServerAddress, RefusesWhatIsNone) {
   for (const char* text :
        {"", "db", "http://db/x", "postgresql:/x", "postgresql://a:b:c/x", "postgresql://db:port/x",
         "postgresql:///x?sslmode", "postgresql:///x?=y", "postgresql://%zz/x",
-        "postgresql://a%00/x", "postgresql:///x?options=-c%3Ba", "postgresql:///x?a'b=c"}) {
+        "postgresql://a%00/x", "postgresql:///x?options=-c%3Ba", "postgresql:///x?a'b=c",
+        "postgresql:///x?password%0A=secret", "postgresql://db:5432\n/x"}) {
     EXPECT_EQ(TroubleOf(QString::fromLatin1(text)), ServerTrouble::BadAddress) << text;
   }
 }

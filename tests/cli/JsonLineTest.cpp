@@ -19,8 +19,8 @@ TEST(JsonLine, KeepsKeysInOrderAndDecimalsAsWritten) {
 }
 
 TEST(JsonLine, GivesNullForWhatIsNoNumber) {
-  for (const QString& text :
-       {u""_s, u"---"_s, u"no sample"_s, u"1e5"_s, u".5"_s, u"01"_s, u"5."_s, u"nan"_s, u"1,5"_s}) {
+  for (const QString& text : {u""_s, u"---"_s, u"no sample"_s, u"1e5"_s, u".5"_s, u"01"_s, u"5."_s,
+                              u"nan"_s, u"1,5"_s, u"-1\n"_s}) {
     JsonLine json;
     json.Written("a1", text);
     EXPECT_EQ(json.Line(), u"{\"a1\":null}"_s) << text.toStdString();

@@ -165,7 +165,7 @@ TEST_F(WrongUsageTest, FilesThatAreNotThereAreNone) {
 TEST_F(WrongUsageTest, WhatIsNoPortIsNone) {
   WriteFile(File("file"), "");
   for (const QString& port : {u"5"_s, u"COM"_s, u"COM0"_s, u"COM05"_s, u"COM99999"_s, u"COM5x"_s,
-                              u"ttyUSB0"_s, File("file"), Folder.path()}) {
+                              u"COM5\n"_s, u"ttyUSB0"_s, File("file"), Folder.path()}) {
     for (const QStringList& words :
          {QStringList{u"status"_s}, QStringList{u"sample"_s}, QStringList{u"upload"_s},
           QStringList{u"clock"_s}, QStringList{u"clear"_s, u"--yes"_s}})
