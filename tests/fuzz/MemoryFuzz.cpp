@@ -5,6 +5,7 @@
 #include "base/Fault.h"
 #include "measure/LoggerFacts.h"
 #include "settings/IntervalText.h"
+#include "settings/SetupFile.h"
 #include "settings/config.h"
 #include "setup/SettingsChanges.h"
 #include "setup/SetupControls.h"
@@ -46,6 +47,27 @@ void CheckRoundTrip(const LinkState& link, const LoggerSettings& settings, bool 
   Hold(UnpackConfigImage(link, second, third) && third == again, "what was read reads the same");
 }
 
+/// A setup file has no blank ahead of a text, which a logger may.
+bool BeginsWithBlank(const LoggerSettings& settings) {
+  bool found = settings.LoggerName.startsWith(u' ');
+  for (int entry = 0; entry < kAnalogChannels + kPulseChannels; ++entry)
+    found = found || settings.EngUnits(entry).startsWith(u' ');
+  return found;
+}
+
+/// What a logger holds, saved to a setup file and loaded from it, programs the same.
+void CheckFile(const LinkState& link, const LoggerSettings& settings) {
+  ConfigImage image;
+  if (BeginsWithBlank(settings) || !PackConfigImage(link, settings, image)) return;
+  LoggerSettings loaded;
+  LoadDefaultSettings(loaded, 8);
+  const QLocale locale(QLocale::German, QLocale::Germany);
+  Hold(ReadSetupFile(WriteSetupFile({}, link, settings), locale, loaded) > 0, "a file is read");
+  ConfigImage again;
+  Hold(PackConfigImage(link, loaded, again), "what was loaded fits an image");
+  Hold(again == image, "what was saved and loaded programs the same");
+}
+
 /// A screen does not show an hour that no clock has so that it can be read again.
 bool HasImpossibleHour(const LoggerSettings& settings) {
   return std::ranges::any_of(settings.Alarm,
@@ -83,6 +105,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const bool whole = image.size() >= kConfigImageSize || (image.size() > 290 && image[290] >= 7);
   Hold(UnpackConfigImage(link, image, settings) == whole, "a whole image can be unpacked");
   CheckRoundTrip(link, settings, whole);
+  if (whole) CheckFile(link, settings);
   CheckControls(link, settings, (flags & 2) != 0);
   IntervalDisplayText(settings);
   return 0;
