@@ -11,6 +11,7 @@
 #include <QVBoxLayout>
 
 #include "measure/MeterColumn.h"
+#include "ui/DisplayArea.h"
 #include "ui/FactsRow.h"
 #include "ui/FittingLabel.h"
 
@@ -22,6 +23,9 @@ using namespace Qt::StringLiterals;
 constexpr int kMeters = 8;
 constexpr int kRelays = 4;
 constexpr int kHistoryLines = 4;
+
+/// Room for the window's frame, the menu, the status line and the margins.
+constexpr QSize kAroundTheRows{36, 140};
 
 struct ButtonRow {
   const char* Name;
@@ -84,13 +88,18 @@ frmMain::frmMain(QWidget* parent) : QMainWindow(parent) {
   setObjectName(u"frmMain"_s);
   controls_.insert(u"frmMain"_s, this);
 
-  auto* centre = new QWidget(this);
-  auto* rows = new QVBoxLayout(centre);
+  auto* scrolled = new QWidget;
+  auto* rows = new QVBoxLayout(scrolled);
+  rows->setContentsMargins({});
   rows->addLayout(MakeMeterRow(), 1);
   rows->addLayout(MakeStateRow());
   rows->addLayout(MakeTotalsRow());
   rows->addLayout(MakeCommandRow());
-  rows->addWidget(MakeStatusLine());
+  auto* centre = new QWidget(this);
+  auto* parts = new QVBoxLayout(centre);
+  parts->addWidget(new DisplayArea(scrolled, kAroundTheRows), 1);
+  // Always in view.
+  parts->addWidget(MakeStatusLine());
   setCentralWidget(centre);
   MakeMenus();
 

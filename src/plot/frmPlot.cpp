@@ -28,6 +28,7 @@
 #include "plot/PlotWords.h"
 #include "plot/Statistics.h"
 #include "plot/StatisticsModel.h"
+#include "ui/ButtonRows.h"
 #include "ui/EnterKey.h"
 
 namespace tessmar {
@@ -124,7 +125,7 @@ void frmPlot::MakeControls() {
   chkCorrected_->setChecked(data_.ShowsCorrectedTimes());
 }
 
-QHBoxLayout* frmPlot::MakeButtons() {
+QLayout* frmPlot::MakeButtons() {
   cmdOK_ = Button(u"cmdOK"_s, PlotTextId::Close, this);
   cmdBack_ = Button(u"cmdBack"_s, PlotTextId::Back, this);
   cmdBack_->setToolTip(PlotText(PlotTextId::BackHint));
@@ -139,12 +140,8 @@ QHBoxLayout* frmPlot::MakeButtons() {
   cmdPicture_ = Button(u"cmdPicture"_s, PlotTextId::Picture, this);
   cmdPrint_ = Button(u"cmdPrint"_s, PlotTextId::Print, this);
   cmdCopy_ = Button(u"cmdCopy"_s, PlotTextId::Copy, this);
-  auto* row = new QHBoxLayout;
-  for (QPushButton* button : {cmdOK_, cmdBack_, cmdForward_, cmdFit_, cmdRow_, cmdSave_,
-                              cmdPicture_, cmdPrint_, cmdCopy_})
-    row->addWidget(button);
-  row->addStretch();
-  return row;
+  return MakeButtonRows({cmdOK_, cmdBack_, cmdForward_, cmdFit_, cmdRow_},
+                        {cmdSave_, cmdPicture_, cmdPrint_, cmdCopy_});
 }
 
 void frmPlot::MakeLayout() {

@@ -12,8 +12,8 @@
 #include "plot/PlotMemory.h"
 
 class QCheckBox;
-class QHBoxLayout;
 class QLabel;
+class QLayout;
 class QListWidget;
 class QPushButton;
 class QTableView;
@@ -66,7 +66,7 @@ class frmPlot : public QDialog {
  private:
   void MakeControls();
   void MakeLayout();
-  QHBoxLayout* MakeButtons();
+  QLayout* MakeButtons();
   void Connect();
   void ApplyTheme();
   void PaintChannelIcons();

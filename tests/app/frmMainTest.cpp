@@ -9,6 +9,7 @@
 #include <QApplication>
 #include <QGroupBox>
 #include <QHelpEvent>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
@@ -227,13 +228,13 @@ const Facts kLongestFacts[] = {
      " auslesen"_s},
 };
 
-// The window is wider than the screen of the tests, 800 pixels.
-TEST_F(MainWindow, TheStatusLineCanBeReadWhereTheWindowIsWiderThanItsScreen) {
+// Its rows are wider than the screen of the tests, 800 pixels.
+TEST_F(MainWindow, TheStatusLineCanBeReadOnASmallScreen) {
   ASSERT_EQ(window_.screen()->availableGeometry().width(), 800);
   for (const Facts& facts : kLongestFacts) {
     Localize(facts.Language);
     window_.show();
-    ASSERT_GT(window_.width(), 800);
+    ASSERT_GT(Find<QWidget>(u"cmdSetup"_s)->parentWidget()->width(), 800);
     window_.SetCaption(u"lblArchived"_s, facts.Archived);
     window_.SetCaption(u"lblClockDrift"_s, facts.Drift);
     window_.SetCaption(u"lblMemoryFull"_s, facts.Memory);
@@ -309,6 +310,36 @@ TEST_F(MainWindow, FitsASmallScreenInBothLanguages) {
     EXPECT_LE(size.width(), 1366) << language;
     EXPECT_LE(size.height(), 740) << language;
   }
+}
+
+TEST_F(MainWindow, IsNoLargerThanAScreenThatItsRowsDoNotFit) {
+  const QSize screen = window_.screen()->availableGeometry().size();
+  ASSERT_EQ(screen.width(), 800);
+  for (const std::int16_t language : {kLanguageEnglish, kLanguageGerman}) {
+    Localize(language);
+    window_.show();
+    QApplication::processEvents();
+    EXPECT_LE(window_.frameGeometry().width(), screen.width()) << language;
+    EXPECT_LE(window_.frameGeometry().height(), 600) << language;
+  }
+}
+
+// The keyboard brings into view what does not fit.
+TEST_F(MainWindow, WhatGetsTheFocusOnASmallScreenIsSeen) {
+  window_.SetEnabled(u"chkSampleContinuously"_s, true);
+  window_.SetCaption(u"chkSampleContinuously"_s, u"Sample Continuously"_s);
+  window_.show();
+  window_.activateWindow();
+  QApplication::processEvents();
+  auto* last = Find<QWidget>(u"chkSampleContinuously"_s);
+  const auto isSeen = [last] { return last->visibleRegion().boundingRect() == last->rect(); };
+  EXPECT_FALSE(isSeen());
+  Find<QWidget>(u"cmdConnect"_s)->setFocus();
+  QKeyEvent tab(QEvent::KeyPress, Qt::Key_Tab, Qt::NoModifier);
+  QApplication::sendEvent(Find<QWidget>(u"cmdConnect"_s), &tab);
+  EXPECT_TRUE(last->hasFocus());
+  QApplication::processEvents();
+  EXPECT_TRUE(isSeen());
 }
 
 TEST_F(MainWindow, EveryPaintIsToldAndTheFirstOneApart) {

@@ -11,6 +11,7 @@
 #include <QPdfWriter>
 #include <QPrinter>
 #include <QPushButton>
+#include <QScreen>
 #include <QTableView>
 #include <QTemporaryDir>
 #include <QWheelEvent>
@@ -407,6 +408,17 @@ TEST_F(PlotWindow, ShowsTheNamesOfTheChannelsWhole) {
   Settle();
   EXPECT_GT(table->columnWidth(0), name);
   EXPECT_LE(table->horizontalHeader()->length(), table->viewport()->width());
+}
+
+// The screen of the tests has 800 pixels, and a window's frame takes some.
+TEST_F(PlotWindow, IsNoWiderThanASmallScreenInBothLanguages) {
+  for (const std::int16_t language : {kLanguageEnglish, kLanguageGerman}) {
+    SetTextLanguage(language);
+    frmPlot& window = Open(Day());
+    ASSERT_EQ(window.screen()->availableSize().width(), 800);
+    EXPECT_LE(window.minimumSizeHint().width(), 784) << language;
+    EXPECT_LE(window.minimumSizeHint().height(), 540) << language;
+  }
 }
 
 TEST_F(PlotWindow, PrintsOnOnePageOfPaper) {
