@@ -17,10 +17,12 @@ check_packages=(
   clang-format clang-tidy netcdf-bin sqlite3
   libqt6sql6-psql postgresql-15 python3-psycopg2 python3-gsw
   dpkg-dev file lintian appstream desktop-file-utils mandoc
-  xdotool gcovr
+  xdotool gcovr valgrind
 )
 # What tests/proof/fuzz needs besides for its long form.
 fuzz_packages=(clang-14 libclang-rt-14-dev)
+# What tests/proof/desktops needs besides.
+desktop_packages=(fluxbox weston qt6-wayland)
 
 # install_missing PACKAGE...: installs those of the packages that this machine lacks.
 install_missing() {
@@ -39,13 +41,12 @@ install_missing() {
     "${missing[@]}" > /dev/null
 }
 
-# start_display: a virtual screen with a window manager, without which no window gets the focus.
-# Sets DISPLAY; stop_display ends both.
+# start_screen WIDTHxHEIGHT: a virtual screen with nothing on it. Sets DISPLAY; stop_display ends it.
 display_pids=()
-start_display() {
+start_screen() {
   local file
   file=$(mktemp)
-  Xvfb -displayfd 3 -screen 0 1366x768x24 -nolisten tcp 3> "$file" 2> /dev/null &
+  Xvfb -displayfd 3 -screen 0 "$1x24" -nolisten tcp 3> "$file" 2> /dev/null &
   display_pids+=($!)
   local tries=0
   until [ -s "$file" ]; do
@@ -56,12 +57,20 @@ start_display() {
   DISPLAY=":$(cat "$file")"
   rm -f "$file"
   export DISPLAY
+}
+
+# start_display [WIDTHxHEIGHT [MANAGER]]: a virtual screen with a window manager, without which no window
+# gets the focus. Sets DISPLAY; stop_display ends both.
+start_display() {
+  local manager=(openbox --sm-disable)
+  [ $# -lt 2 ] || manager=("$2")
+  start_screen "${1:-1366x768}"
   unset WAYLAND_DISPLAY
   export QT_QPA_PLATFORM=xcb
-  openbox --sm-disable > /dev/null 2>&1 &
+  "${manager[@]}" > /dev/null 2>&1 &
   display_pids+=($!)
   # A window that is there before its manager may be taken down and up again by it.
-  tries=0
+  local tries=0
   until wmctrl -m > /dev/null 2>&1; do
     tries=$((tries + 1))
     [ "$tries" -lt 200 ] || { echo "no window manager came up" >&2; return 1; }
