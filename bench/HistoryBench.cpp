@@ -11,68 +11,21 @@
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <array>
-#include <random>
 
 #include "archive/SaveExport.h"
+#include "bench/FullHistory.h"
 #include "history/CsvExport.h"
 #include "history/HistoryBuffer.h"
 #include "history/HistoryTable.h"
 #include "history/HistoryUpload.h"
 #include "history/ImageImport.h"
 
-namespace tessmar {
+namespace tessmar::bench {
 namespace {
 
 using namespace Qt::StringLiterals;
 
 constexpr int kRecords = HistoryBuffer::kCapacity;
-
-LinkState TenChannels() {
-  LinkState link;
-  link.TrapErrors = true;
-  link.AnalogChannelCount = 8;
-  link.PulseChannelCount = 2;
-  return link;
-}
-
-LoggerSettings AllEnabled() {
-  LoggerSettings settings;
-  LoadDefaultSettings(settings, 8);
-  for (AnalogChannelSettings& channel : settings.Analog) {
-    channel.Enable = 1;
-    channel.DecPlaces = 2;
-    channel.RawScaleUpper = 65535;
-    channel.UpperLimit = 100;
-  }
-  for (PulseChannelSettings& channel : settings.Pulse) {
-    channel.Enable = 1;
-    channel.PulseUnit = 0.25;
-    channel.DecPlaces = 2;
-  }
-  return settings;
-}
-
-/// A full buffer. With noise all words of all records differ, otherwise one record in ten does.
-struct FullHistory {
-  explicit FullHistory(bool noise) {
-    std::mt19937 luck(1);
-    LiveSample record;
-    record.HasTime = true;
-    for (int i = 0; i < kRecords; ++i) {
-      record.PackedTime = 0x20F40000U + static_cast<std::uint32_t>(i / 1000) * 0x20000U +
-                          static_cast<std::uint32_t>(i % 1000) * 60;
-      if (noise || i % 10 == 0)
-        for (std::int32_t& word : record.Value) word = static_cast<std::int32_t>(luck() % 65536);
-      Buffer.Append(record);
-    }
-  }
-  HistoryTable Table() const { return HistoryTable(Buffer, Settings, Link, false, Locale); }
-
-  HistoryBuffer Buffer;
-  LinkState Link = TenChannels();
-  LoggerSettings Settings = AllEnabled();
-  SystemLocale Locale{QLocale(QLocale::English, QLocale::UnitedStates)};
-};
 
 void TakeBlocks(benchmark::State& state) {
   const LinkState link = TenChannels();
@@ -225,6 +178,6 @@ void ImportAFullImage(benchmark::State& state) {
 BENCHMARK(ImportAFullImage)->Unit(benchmark::kMillisecond);
 
 }  // namespace
-}  // namespace tessmar
+}  // namespace tessmar::bench
 
 BENCHMARK_MAIN();

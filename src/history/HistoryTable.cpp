@@ -92,6 +92,32 @@ void HistoryTable::AddChannel(Kind kind, int channel, int entry, int word, int w
                       .OwnReading = ownReading});
 }
 
+// Done for each cell. Compiled as a part of a library, only what is inline becomes a part of its
+// caller.
+inline const HistoryColumn& HistoryTable::ColumnAt(int column) const {
+  if (column < 0 || column >= ColumnCount()) throw RangeFault("no such column in the table");
+  return columns_[static_cast<std::size_t>(column)];
+}
+
+inline double HistoryTable::ValueOf(const LiveSample& record, const HistoryColumn& content) const {
+  const auto channel = static_cast<std::size_t>(content.Channel);
+  double value = kNoValue;
+  switch (content.Content) {
+    case Kind::DateTime:
+    case Kind::Relay:
+      throw RangeFault("not a column of numbers");
+    case Kind::Analog:
+      value = content.OwnReading ? ScaleRaw(settings_.Analog[channel], record.Value[channel])
+                                 : DerivedValue(record, content);
+      break;
+    case Kind::Pulse:
+      value =
+          record.Value[static_cast<std::size_t>(content.Word)] * settings_.Pulse[channel].PulseUnit;
+      break;
+  }
+  return std::isfinite(value) ? value : kNoValue;
+}
+
 void HistoryTable::Pack(const Progress& progress) {
   packed_ = true;
   packedRows_.clear();
@@ -116,8 +142,7 @@ std::int32_t HistoryTable::RowCount() const {
 }
 
 const HistoryColumn& HistoryTable::Column(int column) const {
-  if (column < 0 || column >= ColumnCount()) throw RangeFault("no such column in the table");
-  return columns_[static_cast<std::size_t>(column)];
+  return ColumnAt(column);
 }
 
 const LiveSample& HistoryTable::Record(std::int32_t row) const {
@@ -135,29 +160,13 @@ QString HistoryTable::CellText(std::int32_t row, int column) const {
 }
 
 int HistoryTable::WriteCell(char* out, const LiveSample& record, int column) const {
-  const HistoryColumn& content = Column(column);
+  const HistoryColumn& content = ColumnAt(column);
   if (content.Content == Kind::Relay) return WriteRelay(out, record, content.Channel);
-  return FormatValueTo(out, CellValue(record, column), content.Decimals);
+  return FormatValueTo(out, ValueOf(record, content), content.Decimals);
 }
 
 double HistoryTable::CellValue(const LiveSample& record, int column) const {
-  const HistoryColumn& content = Column(column);
-  const auto channel = static_cast<std::size_t>(content.Channel);
-  double value = kNoValue;
-  switch (content.Content) {
-    case Kind::DateTime:
-    case Kind::Relay:
-      throw RangeFault("not a column of numbers");
-    case Kind::Analog:
-      value = content.OwnReading ? ScaleRaw(settings_.Analog[channel], record.Value[channel])
-                                 : DerivedValue(record, content);
-      break;
-    case Kind::Pulse:
-      value =
-          record.Value[static_cast<std::size_t>(content.Word)] * settings_.Pulse[channel].PulseUnit;
-      break;
-  }
-  return std::isfinite(value) ? value : kNoValue;
+  return ValueOf(record, Column(column));
 }
 
 std::int32_t HistoryTable::RowOf(std::int32_t record) const {

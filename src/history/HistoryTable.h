@@ -85,6 +85,8 @@ class HistoryTable {
   void AddColumns(bool showRelays);
   void AddChannel(HistoryColumn::Kind kind, int channel, int entry, int word, int widthTwips,
                   bool ownReading);
+  const HistoryColumn& ColumnAt(int column) const;
+  double ValueOf(const LiveSample& record, const HistoryColumn& content) const;
   double DerivedValue(const LiveSample& record, const HistoryColumn& column) const;
   int WriteRelay(char* out, const LiveSample& record, int relay) const;
   double ChannelValue(const LiveSample& record, int channel) const;

@@ -1,6 +1,7 @@
 #include "link/Comm.h"
 
 #include <algorithm>
+#include <array>
 #include <limits>
 
 #include "base/Fault.h"
@@ -9,6 +10,21 @@ namespace tessmar {
 namespace {
 
 constexpr std::uint16_t kCrcPolynomial = 0xA001;
+
+/// What the check value becomes by eight steps, for each low byte.
+constexpr std::array<std::uint16_t, 256> kCrcSteps = [] {
+  std::array<std::uint16_t, 256> steps{};
+  for (std::size_t byte = 0; byte < steps.size(); ++byte) {
+    auto check = static_cast<std::uint16_t>(byte);
+    for (int bit = 0; bit < 8; ++bit) {
+      const bool carry = (check & 1) != 0;
+      check = static_cast<std::uint16_t>(check >> 1);
+      if (carry) check ^= kCrcPolynomial;
+    }
+    steps[byte] = check;
+  }
+  return steps;
+}();
 
 /// Payload bytes and the two check bytes; what L counts must fit one byte.
 constexpr std::size_t kMostPayload = 253;
@@ -55,12 +71,8 @@ std::vector<std::uint8_t> BuildFrame(std::span<const std::uint8_t> payload) {
 std::uint16_t Crc16(std::span<const std::uint8_t> buffer, int first, int last) {
   std::uint16_t check = 0;
   for (int i = first; i <= last; ++i) {
-    check ^= buffer[static_cast<std::size_t>(i)];
-    for (int bit = 0; bit < 8; ++bit) {
-      const bool carry = (check & 1) != 0;
-      check = static_cast<std::uint16_t>(check >> 1);
-      if (carry) check ^= kCrcPolynomial;
-    }
+    const auto low = static_cast<std::uint8_t>(check ^ buffer[static_cast<std::size_t>(i)]);
+    check = static_cast<std::uint16_t>(check >> 8 ^ kCrcSteps[low]);
   }
   return check;
 }
@@ -167,6 +179,27 @@ bool Comm::ReceiveFrame(std::span<std::uint8_t> payload) {
   return false;
 }
 
+// These two are done for each byte. Compiled as a part of a library, only what is inline becomes a
+// part of its caller.
+inline std::optional<std::uint8_t> Comm::NextByte() {
+  if (port_.InputCount() == 0) {
+    WaitForBytes(link_.LinkTimeoutTicks, 1);
+    if (port_.InputCount() == 0) {
+      RequireOpen();
+      return std::nullopt;
+    }
+  }
+  return port_.ReadByte();
+}
+
+inline std::optional<std::uint8_t> Comm::NextUnescapedByte() {
+  const std::optional<std::uint8_t> byte = NextByte();
+  if (byte != kEscape) return byte;
+  const std::optional<std::uint8_t> escaped = NextByte();
+  if (!escaped || *escaped > kLastEscaped) return std::nullopt;
+  return static_cast<std::uint8_t>(*escaped + kStartOfFrame);
+}
+
 bool Comm::ReceiveFrameBody(std::span<std::uint8_t> payload) {
   WaitForBytes(static_cast<std::int16_t>(std::min(link_.LinkTimeoutTicks + 3, kLongestWait)), 4);
   RequireOpen();
@@ -192,25 +225,6 @@ bool Comm::ReceiveFrameBody(std::span<std::uint8_t> payload) {
   }
   if (NextByte() != kEndOfFrame) return false;
   return Crc16(payload, 0, static_cast<int>(size) - 1) == check;
-}
-
-std::optional<std::uint8_t> Comm::NextByte() {
-  if (port_.InputCount() == 0) {
-    WaitForBytes(link_.LinkTimeoutTicks, 1);
-    if (port_.InputCount() == 0) {
-      RequireOpen();
-      return std::nullopt;
-    }
-  }
-  return port_.ReadByte();
-}
-
-std::optional<std::uint8_t> Comm::NextUnescapedByte() {
-  const std::optional<std::uint8_t> byte = NextByte();
-  if (byte != kEscape) return byte;
-  const std::optional<std::uint8_t> escaped = NextByte();
-  if (!escaped || *escaped > kLastEscaped) return std::nullopt;
-  return static_cast<std::uint8_t>(*escaped + kStartOfFrame);
 }
 
 void Comm::RequireOpen() const {

@@ -6,6 +6,10 @@
 #include "base/Fault.h"
 #include "link/PortTrouble.h"
 
+#ifdef Q_OS_UNIX
+#include <unistd.h>
+#endif
+
 namespace tessmar {
 namespace {
 
@@ -69,6 +73,10 @@ void QtSerialPort::Close() {
   taken_ = 0;
 }
 
+inline void QtSerialPort::RequireOpen() const {
+  if (!IsOpen()) throw PortFault("the port is closed");
+}
+
 int QtSerialPort::InputCount() const {
   return IsOpen() ? static_cast<int>(input_.size() - taken_) : 0;
 }
@@ -101,10 +109,29 @@ std::vector<std::uint8_t> QtSerialPort::ReadAll() {
 
 void QtSerialPort::Write(std::span<const std::uint8_t> bytes) {
   RequireOpen();
-  port_.write(reinterpret_cast<const char*>(bytes.data()), static_cast<qint64>(bytes.size()));
-  // Out at once, and not when the message loop runs next.
-  port_.flush();
+  const std::size_t taken = WriteToDevice(bytes);
+  const std::span<const std::uint8_t> left = bytes.subspan(taken);
+  if (left.empty()) return;
+  port_.write(reinterpret_cast<const char*>(left.data()), static_cast<qint64>(left.size()));
+  // Out at once, and not when the message loop runs next; but a device that has just taken what it
+  // had room for is not asked again before it tells.
+  if (taken == 0) port_.flush();
   RequireOpen();
+}
+
+// Gives the number of bytes that the device took. QSerialPort wakes the message loop once more
+// after all that goes through it, to tell that it went; a request is small and goes in one piece.
+// Whatever does not is left to it, and so is every error.
+std::size_t QtSerialPort::WriteToDevice(std::span<const std::uint8_t> bytes) {
+#ifdef Q_OS_UNIX
+  // Behind what still waits for its turn.
+  if (port_.bytesToWrite() > 0) return 0;
+  const ssize_t count = ::write(port_.handle(), bytes.data(), bytes.size());
+  return count > 0 ? static_cast<std::size_t>(count) : 0;
+#else
+  (void)bytes;
+  return 0;
+#endif
 }
 
 void QtSerialPort::SetDtr(bool on) {
@@ -153,10 +180,6 @@ void QtSerialPort::OnError(QSerialPort::SerialPortError error) {
         if (isGone_) Close();
       },
       Qt::QueuedConnection);
-}
-
-void QtSerialPort::RequireOpen() const {
-  if (!IsOpen()) throw PortFault("the port is closed");
 }
 
 }  // namespace tessmar

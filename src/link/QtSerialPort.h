@@ -34,6 +34,7 @@ class QtSerialPort final : public QObject, public SerialPort {
 
  private:
   void SetLine(bool (QSerialPort::*line)(bool), bool on);
+  std::size_t WriteToDevice(std::span<const std::uint8_t> bytes);
   void TakeArrived();
   void OnError(QSerialPort::SerialPortError error);
   void RequireOpen() const;

@@ -4,6 +4,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <string_view>
 
@@ -20,19 +21,53 @@ constexpr double kFastLimit = 1e15;
 constexpr double kClosestLimits = 0.0001;
 constexpr std::string_view kNotANumber = "---";
 
+// "00" to "99", one behind the other.
+constexpr std::array<char, 200> kPairs = [] {
+  std::array<char, 200> pairs{};
+  for (std::size_t i = 0; i < 100; ++i) {
+    pairs[2 * i] = static_cast<char>('0' + i / 10);
+    pairs[2 * i + 1] = static_cast<char>('0' + i % 10);
+  }
+  return pairs;
+}();
+
+void WritePair(char* out, std::uint32_t number) {
+  std::memcpy(out, kPairs.data() + std::size_t{2} * number, 2);
+}
+
+// Most readings have one to four digits ahead of the point.
+char* WriteWhole(char* out, std::uint64_t whole) {
+  if (whole >= 10000) return std::to_chars(out, out + kFormattedValueSize, whole).ptr;
+  const auto number = static_cast<std::uint32_t>(whole);
+  const std::uint32_t high = number / 100;
+  const std::uint32_t low = number % 100;
+  const std::uint32_t first = high > 0 ? high : low;
+  if (first >= 10) {
+    WritePair(out, first);
+    out += 2;
+  } else {
+    *out++ = static_cast<char>('0' + first);
+  }
+  if (high == 0) return out;
+  WritePair(out, low);
+  return out + 2;
+}
+
 // Writes whole and fraction of a number of units of 10^-Decimals. Every cell of a history comes
-// through here, and a division by a constant costs a fraction of one by a variable.
+// through here: a division by a constant costs a fraction of one by a variable, and two digits at a
+// time half of one by one.
 template <int Decimals>
 int WriteUnits(char* out, std::uint64_t units) {
   constexpr std::uint64_t kUnit = kUnits[static_cast<std::size_t>(Decimals)];
-  char* const end = std::to_chars(out, out + kFormattedValueSize, units / kUnit).ptr;
+  char* const end = WriteWhole(out, units / kUnit);
   if constexpr (Decimals == 0) return static_cast<int>(end - out);
   *end = '.';
   auto fraction = static_cast<std::uint32_t>(units % kUnit);
-  for (int i = Decimals; i > 0; --i) {
-    end[i] = static_cast<char>('0' + fraction % 10);
-    fraction /= 10;
+  for (int i = Decimals; i > 1; i -= 2) {
+    WritePair(end + i - 1, fraction % 100);
+    fraction /= 100;
   }
+  if constexpr (Decimals % 2 == 1) end[1] = static_cast<char>('0' + fraction);
   return static_cast<int>(end - out) + 1 + Decimals;
 }
 
