@@ -1,7 +1,10 @@
 #include "link/PortTrouble.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/ioctl.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <QCoreApplication>
 #include <QDir>
@@ -11,6 +14,7 @@
 
 #include "base/TextTable.h"
 #include "link/Pty.h"
+#include "support/SmallDisk.h"
 
 namespace tessmar::test {
 namespace {
@@ -80,7 +84,7 @@ TEST_F(PortTroubleTest, ALockOfADeadProcessIsTakenAway) {
 }
 
 TEST_F(PortTroubleTest, ALockWhoseNumberAnotherProgramHasByNowIsTakenAway) {
-  Lock(NullLock(), QByteArray::number(AnotherProcess()) + "\nminicom\nhost\n");
+  Lock(NullLock(), QByteArray::number(AnotherProcess()) + "\nreader\nhost\n");
   EXPECT_EQ(LockHolder(u"/dev/null"_s, Places), std::nullopt);
   EXPECT_FALSE(QFile::exists(Folder.filePath(NullLock())));
 }
@@ -112,6 +116,51 @@ TEST_F(PortTroubleTest, TheGroupThatMay) {
       PortTroubleText({PortCause::NoPermission, u"dialout"_s, {}}, u"COM5"_s),
       u"COM5: no permission; members of the group dialout have it: sudo adduser NAME dialout, "
       u"then log in anew"_s);
+}
+
+TEST_F(PortTroubleTest, APortThatTheUserMayNotOpen) {
+  const Pty pty;
+  const QByteArray device = QFile::encodeName(pty.Device());
+  ASSERT_EQ(::chmod(device.constData(), 0), 0);
+  const OrdinaryUser user;
+  const PortTrouble trouble = FindPortTrouble(pty.Device(), Places);
+  EXPECT_EQ(trouble.Cause, PortCause::NoPermission);
+  EXPECT_EQ(PortTroubleText(trouble, u"COM5"_s),
+            u"COM5: no permission; only the owner of the device may use it"_s);
+}
+
+TEST_F(PortTroubleTest, APortThatAnotherProgramHasForItselfAlone) {
+  const Pty pty;
+  const QByteArray device = QFile::encodeName(pty.Device());
+  ASSERT_EQ(::chmod(device.constData(), 0666), 0);
+  const int held = ::open(device.constData(), O_RDWR | O_NOCTTY);
+  ASSERT_GE(held, 0);
+  ASSERT_EQ(::ioctl(held, TIOCEXCL), 0);
+  // What the system tells of processes: this one, one that has something else open, and the other.
+  QDir processes(Folder.path());
+  ASSERT_EQ(::chmod(QFile::encodeName(Folder.path()).constData(), 0755), 0);
+  const QString own = QString::number(QCoreApplication::applicationPid());
+  for (const QString& process : {own, u"11"_s, u"12"_s, u"self"_s}) {
+    ASSERT_TRUE(processes.mkpath(process + u"/fd"_s));
+    const QString target = process == u"11"_s ? u"/dev/null"_s : pty.Device();
+    ASSERT_TRUE(QFile::link(target, processes.filePath(process + u"/fd/3"_s)));
+  }
+  Places.Processes = Folder.path();
+  const auto find = [&] {
+    const OrdinaryUser user;
+    return FindPortTrouble(pty.Device(), Places);
+  };
+  PortTrouble trouble = find();
+  EXPECT_EQ(trouble.Cause, PortCause::InUse);
+  EXPECT_EQ(PortTroubleText(trouble, u"COM5"_s),
+            u"COM5: in use by process 12; end that program or wait for it"_s);
+  Lock(u"12/comm"_s, "reader\n");
+  EXPECT_EQ(PortTroubleText(find(), u"COM5"_s),
+            u"COM5: in use by reader (process 12); end that program or wait for it"_s);
+  ASSERT_TRUE(QFile::remove(processes.filePath(u"12/fd/3"_s)));
+  EXPECT_EQ(find().Cause, PortCause::InUse);
+  EXPECT_EQ(find().Holder, std::nullopt);
+  ::close(held);
 }
 
 TEST_F(PortTroubleTest, SpeaksGerman) {
