@@ -72,6 +72,7 @@ class Rig {
                                                         .Locale = locale_,
                                                         .CsvDateTimeSingleColumn = option_,
                                                         .AppPath = u"/"_s,
+                                                        .Program = {},
                                                         .Ending = [] { return false; },
                                                         .AskText = {},
                                                         .AskChoice = {},

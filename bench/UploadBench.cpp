@@ -124,7 +124,7 @@ void MeasureArchive(const Line& line) {
   const QString device = folder.filePath(u"logger"_s);
   QStringList options{u"--records"_s, QString::number(line.Records)};
   if (line.Baud != 0) options += {u"--baud"_s, QString::number(line.Baud)};
-  const test::LoggerProcess logger(device, options);
+  const test::LoggerProcess logger(QStringLiteral(TESSMAR_SIM), device, options);
   std::vector<double> with;
   std::vector<double> without;
   const auto measure = [&line](const Outcome& outcome) {
@@ -159,7 +159,7 @@ Medians Compare(const Line& line, Measure measure) {
   const QString device = folder.filePath(u"logger"_s);
   QStringList options{u"--records"_s, QString::number(line.Records)};
   if (line.Baud != 0) options += {u"--baud"_s, QString::number(line.Baud)};
-  const test::LoggerProcess logger(device, options);
+  const test::LoggerProcess logger(QStringLiteral(TESSMAR_SIM), device, options);
   std::vector<double> program;
   std::vector<double> plain;
   std::vector<double> programProcessor;

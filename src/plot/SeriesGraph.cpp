@@ -123,8 +123,8 @@ void SeriesGraph::DrawColumns(QCPPainter* painter, bool bars) {
   const int line = std::max(1, Pixel(kLineWidth * scale));
   const int lone = std::max(2, Pixel(kLoneSize * scale));
   const AxisLine values(*mValueAxis);
-  const double top = pixels.Place({0, 0}).y();
-  const auto yOf = [&](double value) { return Pixel(top + values.PixelOf(value) * scale); };
+  const double origin = pixels.Place({0, 0}).y();
+  const auto yOf = [&](double value) { return Pixel(origin + values.PixelOf(value) * scale); };
   const std::vector<ColumnCell>& cells = cells_(view);
   QVector<QRect> rects;
   if (bars) {

@@ -75,7 +75,7 @@ TEST_P(WholeFileDisk, IsOldOrNewWhicheverCallFails) {
       const std::optional<FileCause> cause = Write();
       EXPECT_EQ(Content(), cause ? kOld : kNew) << call << halfway;
       EXPECT_EQ(Files(), QStringList{u"a"_s}) << call << halfway;
-      if (cause) EXPECT_EQ(cause, FileCause::Failed);
+      EXPECT_EQ(cause.value_or(FileCause::Failed), FileCause::Failed) << call << halfway;
       failures += cause ? 1 : 0;
     }
   }
