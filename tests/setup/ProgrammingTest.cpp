@@ -212,6 +212,9 @@ struct FailureRow {
   bool WhileItLasts;  ///< The result when every request meets it.
 };
 
+/// As long as a line that has hung up stays dead.
+constexpr qint64 kHangUpMs = 10000;
+
 /// Every way in which the logger can fail. Retries get over noise and random losses.
 constexpr FailureRow kFailures[] = {
     {FailureMode::Silent, false},           {FailureMode::RequestLost, false},
@@ -224,7 +227,11 @@ constexpr FailureRow kFailures[] = {
     {FailureMode::IllegalBlockCount, true}, {FailureMode::MoreRecords, true},
     {FailureMode::NoiseAhead, false},       {FailureMode::NoiseBehind, true},
     {FailureMode::HeldAnswer, true},        {FailureMode::LateCopy, true},
-    {FailureMode::RandomLoss, true},
+    {FailureMode::RandomLoss, true},        {FailureMode::RequestTwice, true},
+    {FailureMode::AcknowledgeTwice, true},  {FailureMode::AcknowledgeBehind, false},
+    {FailureMode::ReplyLost, false},        {FailureMode::ReplyLate, false},
+    {FailureMode::FlippedBits, false},      {FailureMode::MissingByte, false},
+    {FailureMode::DoubledByte, false},      {FailureMode::HangUp, false},
 };
 
 TEST(ProgramConfiguration, MeetsEveryFailureOfTheLogger) {
@@ -236,6 +243,7 @@ TEST(ProgramConfiguration, MeetsEveryFailureOfTheLogger) {
     EXPECT_EQ(bench.Road.ProgramConfiguration(), row.WhileItLasts) << static_cast<int>(row.Mode);
 
     bench.Logger.ClearFaults();
+    bench.Loop.RunFor(kHangUpMs);
     EXPECT_TRUE(bench.Road.ProgramConfiguration()) << static_cast<int>(row.Mode);
     EXPECT_EQ(bench.Logger.Memory().Configuration(), Packed(bench.Link, bench.Settings));
   }
@@ -243,7 +251,9 @@ TEST(ProgramConfiguration, MeetsEveryFailureOfTheLogger) {
 
 TEST(ProgramConfiguration, GetsOverASingleFailureOfTheLine) {
   for (const FailureRow& row : kFailures) {
-    if (row.Mode == FailureMode::StuckConfigurationByte) continue;
+    // Neither is over with one request.
+    if (row.Mode == FailureMode::StuckConfigurationByte || row.Mode == FailureMode::HangUp)
+      continue;
     for (const std::uint8_t opcode : {0x07, 0x08}) {
       SimulatedBench bench;
       bench.Settings = OtherSettings();
