@@ -4,16 +4,9 @@
 
 #include "history/HistoryBuffer.h"
 #include "history/HistoryTable.h"
+#include "support/Links.h"
 
 namespace tessmar::bench {
-
-inline LinkState TenChannels() {
-  LinkState link;
-  link.TrapErrors = true;
-  link.AnalogChannelCount = 8;
-  link.PulseChannelCount = 2;
-  return link;
-}
 
 inline LoggerSettings AllEnabled() {
   LoggerSettings settings;
@@ -50,7 +43,7 @@ struct FullHistory {
   HistoryTable Table() const { return HistoryTable(Buffer, Settings, Link, false, Locale); }
 
   HistoryBuffer Buffer;
-  LinkState Link = TenChannels();
+  LinkState Link = test::LinkWith(8, 2);
   LoggerSettings Settings = AllEnabled();
   SystemLocale Locale{QLocale(QLocale::English, QLocale::UnitedStates)};
 };

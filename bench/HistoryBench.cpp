@@ -28,7 +28,7 @@ using namespace Qt::StringLiterals;
 constexpr int kRecords = HistoryBuffer::kCapacity;
 
 void TakeBlocks(benchmark::State& state) {
-  const LinkState link = TenChannels();
+  const LinkState link = test::LinkWith(8, 2);
   HistoryBuffer buffer;
   HistoryUpload::Reply reply{};
   reply[0] = 10;
@@ -156,7 +156,7 @@ void ExportTheSameTableWithSqlite(benchmark::State& state) {
 BENCHMARK(ExportTheSameTableWithSqlite)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 void ImportAFullImage(benchmark::State& state) {
-  const LinkState link = TenChannels();
+  const LinkState link = test::LinkWith(8, 2);
   HistoryBuffer buffer;
   NoBlockSink sink;
   const QTemporaryDir folder;

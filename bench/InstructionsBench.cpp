@@ -111,7 +111,7 @@ bool MeasureLink() {
 }
 
 bool MeasureHistory() {
-  const LinkState link = TenChannels();
+  const LinkState link = test::LinkWith(8, 2);
   HistoryBuffer buffer;
   HistoryUpload upload(link, buffer, HistoryBuffer::kCapacity);
   if (!Show("TakeBlocks", TakeBlocks(upload, kItems))) return false;

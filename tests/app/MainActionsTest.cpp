@@ -310,20 +310,23 @@ TEST_F(MainActionsTest, TheImageImportNeedsNoSession) {
   EXPECT_EQ(ImportShown, 1);
 }
 
+/// A logger that said who it is at the connection and nothing of its settings.
+class SettingsNotRead : public MainActionsTest {
+ protected:
+  SettingsNotRead() {
+    Logger.OnCommand = [this](std::uint8_t) {
+      // The identifier is read first.
+      if (Logger.Count(0x08) > 1) Logger.Failing = {0x08};
+    };
+    TheSession.Connect();
+    Logger.OnCommand = nullptr;
+    EXPECT_TRUE(Link.Connected);
+    EXPECT_EQ(Settings.LoggerName, QString());
+  }
+};
+
 // What is uploaded is kept with the settings of the logger that it came from, and under its name.
-TEST_F(MainActionsTest, SettingsThatWereNotReadAtTheConnectionAreReadBeforeAnUpload) {
-  Logger.Failing = {0x08};
-  Logger.OnCommand = [this](std::uint8_t) {
-    // The identifier is answered, the configuration is not.
-    if (Logger.Count(0x08) <= 1)
-      Logger.Failing.clear();
-    else
-      Logger.Failing = {0x08};
-  };
-  TheSession.Connect();
-  ASSERT_TRUE(Link.Connected);
-  ASSERT_EQ(Settings.LoggerName, QString());
-  Logger.OnCommand = nullptr;
+TEST_F(SettingsNotRead, AreReadOnceBeforeAnUpload) {
   Logger.Failing.clear();
   Actions.GetHistory();
   EXPECT_EQ(HistoryShown, 1);
@@ -331,7 +334,23 @@ TEST_F(MainActionsTest, SettingsThatWereNotReadAtTheConnectionAreReadBeforeAnUpl
   EXPECT_FALSE(Link.Busy);
   Forget();
   Actions.GetHistory();
-  EXPECT_EQ(Port.Writes.size(), 0u) << "they are read once";
+  EXPECT_EQ(HistoryShown, 2);
+  EXPECT_EQ(Port.Writes.size(), 0u);
+}
+
+TEST_F(SettingsNotRead, HoldNoUploadUpWhenTheyStillCannotBe) {
+  Actions.GetHistory();
+  EXPECT_EQ(HistoryShown, 1);
+  EXPECT_EQ(Settings.LoggerName, QString());
+  EXPECT_FALSE(Link.Busy);
+  EXPECT_EQ(Messages.All, Asked());
+}
+
+TEST_F(SettingsNotRead, AreReadForNoUploadOnceTheProgramEnds) {
+  Logger.OnCommand = [this](std::uint8_t) { Loop.End(); };
+  Actions.GetHistory();
+  EXPECT_EQ(HistoryShown, 0);
+  EXPECT_FALSE(Link.Busy);
 }
 
 }  // namespace

@@ -41,6 +41,19 @@ class ExportSourceTest : public ArchiveFolder {
                 upload});
   }
 
+  /// An upload that runs and has this block.
+  qint64 AddRunning(const QByteArray& block) {
+    const qint64 running = store_.AddUpload({.Uuid = u"r"_s,
+                                             .LoggerId = well_,
+                                             .Started = Hour(15),
+                                             .State = UploadState::Running,
+                                             .Settings = ImageOf(u"Well 7"_s),
+                                             .Analog = 1});
+    store_.Run(u"INSERT INTO block (upload_id, number, bytes) VALUES (?, 1, ?)"_s,
+               {running, block});
+    return running;
+  }
+
   QByteArray Written(ExportSource source, ExportKind kind) const {
     QBuffer buffer;
     buffer.open(QIODevice::WriteOnly);
@@ -160,18 +173,11 @@ TEST_F(ExportSourceTest, MoreDecimalsAreNoOtherColumn) {
 }
 
 TEST_F(ExportSourceTest, TheBlocksOfAnUploadThatRunsAreItsRecords) {
-  const qint64 running = store_.AddUpload({.Uuid = u"r"_s,
-                                           .LoggerId = well_,
-                                           .Started = Hour(15),
-                                           .State = UploadState::Running,
-                                           .Settings = ImageOf(u"Well 7"_s),
-                                           .Analog = 1});
   QByteArray block(241, '\0');
   block[0] = 1;
   for (int i = 0; i < 4; ++i) block[1 + i] = static_cast<char>(StampOf(77) >> (8 * i));
   block[5] = 77;
-  store_.Run(u"INSERT INTO block (upload_id, number, bytes) VALUES (?, 1, ?)"_s, {running, block});
-  EXPECT_EQ(Analysis(SourceOfUpload(store_, running)),
+  EXPECT_EQ(Analysis(SourceOfUpload(store_, AddRunning(block))),
             "logger_time,corrected_time,Channel 1 (%),disagreement\r\n"
             "2026-03-03T12:01:17,,0.77,0\r\n");
 }
@@ -179,15 +185,7 @@ TEST_F(ExportSourceTest, TheBlocksOfAnUploadThatRunsAreItsRecords) {
 // A count that no block of such records can have is no count, here as where the archive's own
 // records are made from blocks.
 TEST_F(ExportSourceTest, ABlockWithAnImpossibleCountHasNoRecords) {
-  const qint64 running = store_.AddUpload({.Uuid = u"r"_s,
-                                           .LoggerId = well_,
-                                           .Started = Hour(15),
-                                           .State = UploadState::Running,
-                                           .Settings = ImageOf(u"Well 7"_s),
-                                           .Analog = 1});
-  store_.Run(u"INSERT INTO block (upload_id, number, bytes) VALUES (?, 1, ?)"_s,
-             {running, QByteArray(241, '\xFF')});
-  EXPECT_EQ(SourceOfUpload(store_, running).Count, 0);
+  EXPECT_EQ(SourceOfUpload(store_, AddRunning(QByteArray(241, '\xFF'))).Count, 0);
 }
 
 // Any program may have written the row, and the number of its records with it.

@@ -103,6 +103,13 @@ class ArchiveWindow : public ArchiveFolder {
     auto* tree = Find<QTreeView>(u"treeLoggers"_s);
     tree->setCurrentIndex(tree->model()->index(row, 0));
   }
+  /// Chooses the upload of the pond; then another program deletes it.
+  void ChooseAnUploadThatIsTakenAway() {
+    Open();
+    ChooseLogger(1);
+    Uploads()->selectRow(0);
+    ASSERT_TRUE(OtherProgram(Path()).Do(u"DELETE FROM upload WHERE logger_id = %1"_s.arg(pond_)));
+  }
   QString Status() const { return Find<QLabel>(u"lblStatus"_s)->text(); }
 
   Store store_;
@@ -161,10 +168,7 @@ TEST_F(ArchiveWindow, OpensTheChosenUploadWithItsOwnSettings) {
 // Two programs look at one archive, and the other has emptied its bin.
 TEST_F(ArchiveWindow, SaysThatAnotherProgramHasTakenTheUploadAway) {
   Fill();
-  Open();
-  ChooseLogger(1);
-  Uploads()->selectRow(0);
-  ASSERT_TRUE(OtherProgram(Path()).Do(u"DELETE FROM upload WHERE logger_id = %1"_s.arg(pond_)));
+  ChooseAnUploadThatIsTakenAway();
   Press(u"cmdOpen"_s);
   ASSERT_EQ(messages_.All.size(), 1U);
   EXPECT_EQ(
@@ -180,10 +184,7 @@ TEST_F(ArchiveWindow, SaysThatAnotherProgramHasTakenTheUploadAway) {
 TEST_F(ArchiveWindow, PlotsNothingThatAnotherProgramHasTakenAway) {
   Fill();
   showPlot_ = [this](const SeriesSet&, QWidget*) { shown_ = u"plot"_s; };
-  Open();
-  ChooseLogger(1);
-  Uploads()->selectRow(0);
-  ASSERT_TRUE(OtherProgram(Path()).Do(u"DELETE FROM upload WHERE logger_id = %1"_s.arg(pond_)));
+  ChooseAnUploadThatIsTakenAway();
   Press(u"cmdPlot"_s);
   ASSERT_EQ(messages_.All.size(), 1U);
   EXPECT_TRUE(messages_.All[0].Prompt.startsWith(u"Another program has changed the archive."_s));

@@ -74,11 +74,12 @@ TEST_F(ExportProgressWindow, ShowsHowFarTheWorkIsAndStaysAlive) {
     EXPECT_FALSE(shown.findChild<QProgressBar*>(u"ProgressBar"_s)->accessibleName().isEmpty());
     EXPECT_FALSE(shown.findChild<QPushButton*>(u"cmdCancel"_s)->hasFocus());
     isRead = true;
+    isRead.notify_one();
   });
   window.Run([&](ExportState& state) {
     state.Total = 400;
     state.Done = 100;
-    while (!isRead) std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    isRead.wait(false);
     state.Writes = true;
     // The timer of the window turns on all the while.
     while (writing.isEmpty()) {

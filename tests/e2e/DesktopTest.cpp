@@ -110,13 +110,17 @@ class Desktop : public testing::TestWithParam<Operator> {
                     .arg(form));
   }
 
-  void AskAndDecline() {
-    Robot::Click(kMain, u"cmdClearMemory"_s);
-    ExpectAt(kMessage, u"cmdButton(0)"_s);
+  /// Opens a form by a button and leaves it by Escape.
+  void LookInto(const QString& window, const QString& button, const QString& form,
+                const QString& control) {
+    Robot::Click(window, button);
+    ExpectAt(form, control);
     PressReally({u"Escape"_s});
-    Robot::WaitForNoForm(kMessage);
-    ExpectAt(kMain, u"cmdClearMemory"_s);
+    Robot::WaitForNoForm(form);
+    ExpectAt(window, button);
   }
+
+  void AskAndDecline() { LookInto(kMain, u"cmdClearMemory"_s, kMessage, u"cmdButton(0)"_s); }
 
   void Harvest(Desk& desk) {
     Robot::Click(kMain, u"cmdGetHistoryData"_s);
@@ -124,10 +128,7 @@ class Desktop : public testing::TestWithParam<Operator> {
     PressReally({u"Return"_s});
     ExpectAt(kViewer, u"lvwHistory"_s);
 
-    Robot::Click(kViewer, u"cmdOptions"_s);
-    ExpectAt(u"frmHistoryOptions"_s, u"optComma"_s);
-    PressReally({u"Escape"_s});
-    ExpectAt(kViewer, u"cmdOptions"_s);
+    LookInto(kViewer, u"cmdOptions"_s, u"frmHistoryOptions"_s, u"optComma"_s);
 
     Robot::Click(kViewer, u"cmdSave"_s);
     ExpectAt(u"dlgFile"_s, u"fileNameEdit"_s);
@@ -147,15 +148,8 @@ class Desktop : public testing::TestWithParam<Operator> {
     Robot::Click(kMessage, u"cmdButton(0)"_s);
     ExpectAt(kViewer, u"cmdOK"_s);
 
-    Robot::Click(kViewer, u"cmdPack"_s);
-    ExpectAt(kMessage, u"cmdButton(0)"_s);
-    PressReally({u"Escape"_s});
-    ExpectAt(kViewer, u"cmdPack"_s);
-
-    Robot::Click(kViewer, u"cmdPlot"_s);
-    ExpectAt(u"frmPlot"_s, u"pltPlot"_s);
-    PressReally({u"Escape"_s});
-    ExpectAt(kViewer, u"cmdPlot"_s);
+    LookInto(kViewer, u"cmdPack"_s, kMessage, u"cmdButton(0)"_s);
+    LookInto(kViewer, u"cmdPlot"_s, u"frmPlot"_s, u"pltPlot"_s);
 
     Robot::Click(kViewer, u"cmdOK"_s);
     ExpectAt(kMain, u"cmdGetHistoryData"_s);
@@ -173,10 +167,7 @@ class Desktop : public testing::TestWithParam<Operator> {
     Robot::Type(kSetup, u"txtSampleInterval"_s, u"15"_s);
 
     Robot::TurnTo(kSetup, u"TabStrip"_s, 0);
-    Robot::Click(kSetup, u"cmdCalibrate(0)"_s);
-    ExpectAt(u"frmCalibrate"_s, u"txtCalibrate"_s);
-    PressReally({u"Escape"_s});
-    ExpectAt(kSetup, u"cmdCalibrate(0)"_s);
+    LookInto(kSetup, u"cmdCalibrate(0)"_s, u"frmCalibrate"_s, u"txtCalibrate"_s);
     for (const int page : {1, 2, 3}) {
       Robot::TurnTo(kSetup, u"TabStrip"_s, page);
       TakePicture(u"%1-setup-%2"_s.arg(QString::fromLatin1(GetParam().Name)).arg(page));

@@ -5,6 +5,7 @@
 #include "Fuzz.h"
 #include "setup/FieldRules.h"
 #include "setup/SetupControls.h"
+#include "support/Links.h"
 
 namespace {
 
@@ -75,10 +76,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static const std::array locales{QLocale(QLocale::English, QLocale::UnitedStates),
                                   QLocale(QLocale::German, QLocale::Germany),
                                   QLocale(QLocale::Swedish, QLocale::Sweden)};
-  LinkState link;
-  link.TrapErrors = true;
-  link.AnalogChannelCount = 8;
-  link.PulseChannelCount = 2;
+  const LinkState link = test::LinkWith(8, 2);
   const QString text = QString::fromUtf8(fuzz::FileOf(data, size));
   for (const QLocale& locale : locales) {
     for (const bool clock24 : {false, true}) {

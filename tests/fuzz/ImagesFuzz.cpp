@@ -10,6 +10,7 @@
 #include "history/CsvExport.h"
 #include "history/ImageImport.h"
 #include "support/FakeBlockSink.h"
+#include "support/Links.h"
 
 namespace {
 
@@ -88,11 +89,9 @@ void CheckKept(const test::FakeBlockSink& sink, const HistoryBuffer& buffer,
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Input input(data, size);
-  LinkState link;
-  link.TrapErrors = true;
-  link.AnalogChannelCount = static_cast<std::int16_t>(input.Below(9));
+  const int analog = input.Below(9);
   const int flags = input.Byte();
-  link.PulseChannelCount = static_cast<std::int16_t>(flags % 3);
+  const LinkState link = test::LinkWith(analog, flags % 3);
   if (!ImportRefusal(link.AnalogChannelCount, link.PulseChannelCount).isEmpty()) return 0;
   const Bytes bytes = input.Rest();
   QByteArray file = fuzz::FileOf(bytes.data(), bytes.size());

@@ -9,6 +9,7 @@
 #include "settings/config.h"
 #include "setup/SettingsChanges.h"
 #include "setup/SetupControls.h"
+#include "support/Links.h"
 
 namespace {
 
@@ -91,10 +92,8 @@ void CheckControls(const LinkState& link, const LoggerSettings& settings, bool c
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   Input input(data, size);
-  LinkState link;
-  link.TrapErrors = true;
-  link.AnalogChannelCount = static_cast<std::int16_t>(input.Below(9));
-  link.PulseChannelCount = static_cast<std::int16_t>(input.Below(3));
+  const int analog = input.Below(9);
+  LinkState link = test::LinkWith(analog, input.Below(3));
   const int flags = input.Byte();
   link.SampleOnDemandSupported = (flags & 1) != 0;
   const Bytes image = input.Rest();

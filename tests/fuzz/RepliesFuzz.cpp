@@ -7,6 +7,7 @@
 #include "measure/LiveDisplay.h"
 #include "settings/LoggerSettings.h"
 #include "settings/config.h"
+#include "support/Links.h"
 
 namespace {
 
@@ -81,10 +82,8 @@ void CheckMemory(Input& input, test::CommandsBench& bench) {
 void CheckSample(Input& input, test::CommandsBench& bench, const LoggerSettings& settings) {
   std::array<std::uint8_t, kSampleReplySize> reply{};
   if (bench.Commands.GetSample(reply) != SampleAnswer::Sample) return;
-  LinkState link;
-  link.TrapErrors = true;
-  link.AnalogChannelCount = static_cast<std::int16_t>(1 + input.Below(8));
-  link.PulseChannelCount = static_cast<std::int16_t>(input.Below(3));
+  const int analog = 1 + input.Below(8);
+  LinkState link = test::LinkWith(analog, input.Below(3));
   CompactSampleReply(reply, link.AnalogChannelCount, link.PulseChannelCount);
   LiveSample sample;
   DecodeRecord(link, reply, 0, link.AnalogChannelCount + link.PulseChannelCount, sample);
@@ -109,11 +108,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     test::CommandsBench bench;
     const int request = input.Below(8);
     if (request == 7) {
-      LinkState link;
-      link.TrapErrors = true;
-      link.AnalogChannelCount = 8;
-      link.PulseChannelCount = 2;
-      UnpackConfigImage(link, input.Take(kConfigImageSize), settings);
+      UnpackConfigImage(test::LinkWith(8, 2), input.Take(kConfigImageSize), settings);
       continue;
     }
     TakeAnswers(input, bench);

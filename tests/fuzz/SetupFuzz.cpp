@@ -6,6 +6,7 @@
 #include "base/Fault.h"
 #include "settings/SetupFile.h"
 #include "settings/config.h"
+#include "support/Links.h"
 
 namespace {
 
@@ -15,10 +16,7 @@ using fuzz::Hold;
 QByteArray Written(const LoggerSettings& settings) {
   const SetupFileHead head{QStringLiteral("TessmarLogger"), QStringLiteral("2.1.9"),
                            QStringLiteral("12/27/2010"), QStringLiteral("3:05:12 PM")};
-  LinkState link;
-  link.AnalogChannelCount = 8;
-  link.PulseChannelCount = 2;
-  return WriteSetupFile(head, link, settings);
+  return WriteSetupFile(head, test::LinkWith(8, 2), settings);
 }
 
 void Check(const QByteArray& file, const QLocale& locale) {

@@ -7,6 +7,7 @@
 #include "session/PersistedSettings.h"
 #include "setup/SetupFiles.h"
 #include "support/FakeOutside.h"
+#include "support/Links.h"
 
 namespace tessmar::proof {
 namespace {
@@ -36,15 +37,7 @@ class SetupWriter final : public FileWriter {
   }
 
  private:
-  static LinkState Connected() {
-    LinkState link;
-    link.TrapErrors = true;
-    link.AnalogChannelCount = 8;
-    link.PulseChannelCount = 2;
-    return link;
-  }
-
-  LinkState link_ = Connected();
+  LinkState link_ = LinkWith(8, 2);
   LoggerSettings settings_;
   RecentFiles recent_;
   ConfigImage baseline_;

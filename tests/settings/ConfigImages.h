@@ -4,17 +4,14 @@
 #include <cstdint>
 #include <vector>
 
-#include "link/LinkState.h"
 #include "settings/config.h"
+#include "support/Links.h"
 
 namespace tessmar::test {
 
 /// A logger with eight analog and two pulse channels and sample-on-demand.
 inline LinkState FullLogger() {
-  LinkState link;
-  link.TrapErrors = true;
-  link.AnalogChannelCount = 8;
-  link.PulseChannelCount = 2;
+  LinkState link = LinkWith(8, 2);
   link.SampleOnDemandSupported = true;
   return link;
 }

@@ -28,6 +28,11 @@ class AButtonsKey : public testing::Test {
     EXPECT_TRUE(QTest::qWaitForWindowActive(&window_));
   }
 
+  /// The toolkit's own click comes when it lets go a button that it has pressed.
+  void ExpectNothingToCome() const {
+    EXPECT_FALSE(button_->isDown());
+    EXPECT_FALSE(box_->isDown());
+  }
   void PressAltAnd(Qt::Key key) { QTest::keyClick(&window_, key, Qt::AltModifier); }
 
   const PromptClicks promptClicks_;
@@ -41,9 +46,7 @@ class AButtonsKey : public testing::Test {
 TEST_F(AButtonsKey, ClicksAtOnceAndOnce) {
   PressAltAnd(Qt::Key_P);
   EXPECT_EQ(clicks_, 1);
-  EXPECT_FALSE(button_->isDown());
-  QTest::qWait(250);
-  EXPECT_EQ(clicks_, 1);
+  ExpectNothingToCome();
 }
 
 TEST_F(AButtonsKey, TurnsABoxAndGivesItTheFocus) {
@@ -56,15 +59,15 @@ TEST_F(AButtonsKey, TurnsABoxAndGivesItTheFocus) {
 TEST_F(AButtonsKey, DoesNothingWhileTheButtonIsDisabled) {
   button_->setEnabled(false);
   PressAltAnd(Qt::Key_P);
-  QTest::qWait(250);
   EXPECT_EQ(clicks_, 0);
+  ExpectNothingToCome();
 }
 
 TEST_F(AButtonsKey, OnlyMovesTheFocusWhenTwoShareIt) {
   box_->setText(u"By &period"_s);
   PressAltAnd(Qt::Key_P);
-  QTest::qWait(250);
   EXPECT_EQ(clicks_, 0);
+  ExpectNothingToCome();
 }
 
 }  // namespace
