@@ -10,6 +10,7 @@
 #include "archive/SaveExport.h"
 #include "archive/UploadsRig.h"
 #include "history/HistoryTable.h"
+#include "support/Ncdump.h"
 
 namespace tessmar::test {
 namespace {
@@ -66,17 +67,6 @@ class ExportSourceTest : public ArchiveFolder {
   }
   QByteArray Analysis(ExportSource source) const {
     return Written(std::move(source), ExportKind::AnalysisCsv);
-  }
-  QString Dumped(const QByteArray& bytes, const QStringList& options) const {
-    QFile file(folder_.filePath(u"well.nc"_s));
-    EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-    file.write(bytes);
-    file.close();
-    QProcess ncdump;
-    ncdump.start(u"ncdump"_s, options + QStringList{file.fileName()});
-    EXPECT_TRUE(ncdump.waitForFinished(30000));
-    EXPECT_EQ(ncdump.readAllStandardError(), "");
-    return QString::fromUtf8(ncdump.readAllStandardOutput());
   }
 
   Store store_;

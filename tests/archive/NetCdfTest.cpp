@@ -3,29 +3,14 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
-#include <QProcess>
-#include <QTemporaryDir>
 
 #include "archive/ExportRig.h"
+#include "support/Ncdump.h"
 
 namespace tessmar::test {
 namespace {
 
 using namespace Qt::StringLiterals;
-
-/// What ncdump says of a file, which is named "pond".
-QString Dumped(const QByteArray& bytes, const QStringList& options) {
-  const QTemporaryDir folder;
-  QFile file(folder.filePath(u"pond.nc"_s));
-  EXPECT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(bytes);
-  file.close();
-  QProcess ncdump;
-  ncdump.start(u"ncdump"_s, options + QStringList{file.fileName()});
-  EXPECT_TRUE(ncdump.waitForFinished(30000));
-  EXPECT_EQ(ncdump.readAllStandardError(), "");
-  return QString::fromUtf8(ncdump.readAllStandardOutput());
-}
 
 QByteArray Made(const ExportHead& head, std::vector<ExportRow> rows) {
   const std::optional<NetCdfBytes> bytes = MakeNetCdf(head, Rows(std::move(rows)), NeverMind());

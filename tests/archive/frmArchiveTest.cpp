@@ -18,26 +18,17 @@
 #include <QTreeView>
 
 #include "archive/ArchiveEdits.h"
-#include "archive/ArchiveRig.h"
-#include "archive/UploadsRig.h"
-#include "base/TextTable.h"
+#include "archive/ArchiveWindowRig.h"
 #include "history/CsvExport.h"
 #include "history/frmHistory.h"
-#include "support/FakeOutside.h"
 
 namespace tessmar::test {
 namespace {
 
 using namespace Qt::StringLiterals;
 
-class ArchiveWindow : public ArchiveFolder {
+class ArchiveWindow : public ArchiveWindowRig {
  protected:
-  ArchiveWindow() : store_(Path()) {
-    qputenv("TZ", "UTC");
-    clock_.Present = Hour(20);
-  }
-  void TearDown() override { SetTextLanguage(kLanguageEnglish); }
-
   // Two loggers with two uploads and one.
   void Fill() {
     store_.Open(Store::Access::Write);
@@ -50,40 +41,6 @@ class ArchiveWindow : public ArchiveFolder {
         {.Uuid = u"1"_s, .LoggerId = well_, .At = Hour(9), .Entry = {.Kind = EventKind::Cleared}});
   }
 
-  frmArchive& Open() {
-    return window_.emplace(ArchiveParts{
-        .Path = Path(),
-        .Screen = screen_,
-        .Message = messages_,
-        .Dialogs = dialogs_,
-        .Time = clock_,
-        .Locale = locale_,
-        .CsvDateTimeSingleColumn = option_,
-        .AppPath = folder_.path(),
-        .Program = {},
-        .Ending = [this] { return ending_; },
-        .AskText =
-            [this](const QString& title, const QString& prompt, const QString& present) {
-              asked_ = title + u'|' + prompt + u'|' + present;
-              return text_;
-            },
-        .AskChoice =
-            [this](const QString& title, const QString& prompt, const QStringList& choices) {
-              asked_ = title + u'|' + prompt + u'|' + choices.join(u',');
-              return choice_;
-            },
-        .ShowViewer =
-            [this](const ArchivedUpload& upload, QWidget*) {
-              shown_ = upload.LoggerName + u' ' + QString::number(upload.Records->Count());
-            },
-        .ShowPlot = showPlot_});
-  }
-  template <typename Control>
-  Control* Find(const QString& name) const {
-    Control* const control = window_->findChild<Control*>(name);
-    EXPECT_NE(control, nullptr) << name.toStdString();
-    return control;
-  }
   void Press(const QString& name) const { Find<QPushButton>(name)->click(); }
   QTableView* Uploads() const { return Find<QTableView>(u"tblUploads"_s); }
   QStringList Records() const {
@@ -99,10 +56,6 @@ class ArchiveWindow : public ArchiveFolder {
       names.append(model->index(row, 0).data().toString());
     return names;
   }
-  void ChooseLogger(int row) const {
-    auto* tree = Find<QTreeView>(u"treeLoggers"_s);
-    tree->setCurrentIndex(tree->model()->index(row, 0));
-  }
   /// Chooses the upload of the pond; then another program deletes it.
   void ChooseAnUploadThatIsTakenAway() {
     Open();
@@ -110,25 +63,9 @@ class ArchiveWindow : public ArchiveFolder {
     Uploads()->selectRow(0);
     ASSERT_TRUE(OtherProgram(Path()).Do(u"DELETE FROM upload WHERE logger_id = %1"_s.arg(pond_)));
   }
-  QString Status() const { return Find<QLabel>(u"lblStatus"_s)->text(); }
 
-  Store store_;
-  qint64 well_ = 0;
   qint64 pond_ = 0;
   qint64 first_ = 0;
-  FakeMainScreen screen_;
-  FakeMessages messages_;
-  FakeFileDialogs dialogs_;
-  FakeClock clock_;
-  SystemLocale locale_{QLocale(QLocale::English, QLocale::UnitedStates)};
-  QString option_;
-  bool ending_ = false;
-  std::optional<QString> text_;
-  std::optional<int> choice_;
-  QString asked_;
-  QString shown_;
-  std::function<void(SeriesSet, QWidget*)> showPlot_;
-  std::optional<frmArchive> window_;
 };
 
 TEST_F(ArchiveWindow, WithoutAnArchiveSaysSoAndMakesNone) {

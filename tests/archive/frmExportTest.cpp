@@ -16,12 +16,8 @@
 #include <chrono>
 #include <thread>
 
-#include "archive/ArchiveRig.h"
+#include "archive/ArchiveWindowRig.h"
 #include "archive/ExportRoad.h"
-#include "archive/UploadsRig.h"
-#include "archive/frmArchive.h"
-#include "base/TextTable.h"
-#include "support/FakeOutside.h"
 #include "support/SmallDisk.h"
 
 namespace tessmar::test {
@@ -134,11 +130,9 @@ TEST_F(ExportProgressWindow, WhatTheWorkThrowsComesOut) {
   EXPECT_THROW(window.Run([](ExportState&) { throw RangeFault("no such upload"); }), RangeFault);
 }
 
-class ExportFromArchive : public ArchiveFolder {
+class ExportFromArchive : public ArchiveWindowRig {
  protected:
-  ExportFromArchive() : store_(Path()) {
-    qputenv("TZ", "UTC");
-    clock_.Present = Hour(20);
+  ExportFromArchive() {
     store_.Open(Store::Access::Write);
     const qint64 pond = store_.SeeLogger(u"Pond"_s, 12, 3, Hour(1));
     well_ = store_.SeeLogger(u"Well 7"_s, 12, 3, Hour(1));
@@ -146,39 +140,10 @@ class ExportFromArchive : public ArchiveFolder {
     AddUpload(store_, well_, Hour(12), {10, 20, 30, 50, 60, 70});
     AddUpload(store_, well_, Hour(13), {10, 20, 30, 40, 60, 70, 80});
   }
-  void TearDown() override { SetTextLanguage(kLanguageEnglish); }
-
-  frmArchive& Open() {
-    frmArchive& window = window_.emplace(ArchiveParts{
-        .Path = Path(),
-        .Screen = screen_,
-        .Message = messages_,
-        .Dialogs = dialogs_,
-        .Time = clock_,
-        .Locale = locale_,
-        .CsvDateTimeSingleColumn = option_,
-        .AppPath = folder_.path(),
-        .Program = u"Tessmar Logger 2.1.9"_s,
-        .Ending = [] { return false; },
-        .AskText = [](const QString&, const QString&, const QString&) { return std::nullopt; },
-        .AskChoice = [](const QString&, const QString&,
-                        const QStringList&) { return std::nullopt; },
-        .ShowViewer = [](const ArchivedUpload&, QWidget*) {}});
-    window.show();
-    return window;
-  }
-  template <typename Control>
-  Control* Find(const QString& name) const {
-    Control* const control = window_->findChild<Control*>(name);
-    EXPECT_NE(control, nullptr) << name.toStdString();
-    return control;
-  }
   QPushButton* Button() const { return Find<QPushButton>(u"cmdExport"_s); }
-  QString Status() const { return Find<QLabel>(u"lblStatus"_s)->text(); }
   /// Chooses a logger by its row, and none of its uploads.
-  void ChooseLogger(int row) const {
-    auto* tree = Find<QTreeView>(u"treeLoggers"_s);
-    tree->setCurrentIndex(tree->model()->index(row, 0));
+  void ChooseWholeLogger(int row) const {
+    ChooseLogger(row);
     Find<QTableView>(u"tblUploads"_s)->clearSelection();
   }
   /// Presses Export and answers the save dialog.
@@ -187,24 +152,14 @@ class ExportFromArchive : public ArchiveFolder {
     dialogs_.Part = part;
     Button()->click();
   }
-
-  Store store_;
-  qint64 well_ = 0;
-  FakeMainScreen screen_;
-  FakeMessages messages_;
-  FakeFileDialogs dialogs_;
-  FakeClock clock_;
-  SystemLocale locale_{QLocale(QLocale::English, QLocale::UnitedStates)};
-  QString option_;
-  std::optional<frmArchive> window_;
 };
 
 TEST_F(ExportFromArchive, TheButtonTellsWhatItActsOn) {
-  Open();
-  ChooseLogger(0);
+  Open().show();
+  ChooseWholeLogger(0);
   EXPECT_FALSE(Button()->isEnabled());
   EXPECT_EQ(Button()->toolTip(), u"Choose one upload, or a logger for all its uploads"_s);
-  ChooseLogger(2);
+  ChooseWholeLogger(2);
   EXPECT_TRUE(Button()->isEnabled());
   EXPECT_EQ(
       Button()->toolTip(),
@@ -216,16 +171,16 @@ TEST_F(ExportFromArchive, TheButtonTellsWhatItActsOn) {
   Find<QTableView>(u"tblUploads"_s)->selectAll();
   EXPECT_FALSE(Button()->isEnabled());
   SetTextLanguage(kLanguageGerman);
-  Open();
-  ChooseLogger(2);
+  Open().show();
+  ChooseWholeLogger(2);
   EXPECT_EQ(
       Button()->toolTip(),
       u"Speichert alle Abrufe von Well 7 als eine Reihe: jeden Datensatz einmal, ohne Live-Werte"_s);
 }
 
 TEST_F(ExportFromArchive, OffersTheKindsAndAsksBeforeAFileIsReplaced) {
-  Open();
-  ChooseLogger(2);
+  Open().show();
+  ChooseWholeLogger(2);
   Button()->click();
   ASSERT_EQ(dialogs_.All.size(), 1U);
   EXPECT_EQ(dialogs_.All[0].Filter,
@@ -238,8 +193,8 @@ TEST_F(ExportFromArchive, OffersTheKindsAndAsksBeforeAFileIsReplaced) {
 }
 
 TEST_F(ExportFromArchive, ASeriesGoesIntoEachKind) {
-  Open();
-  ChooseLogger(2);
+  Open().show();
+  ChooseWholeLogger(2);
   const QString csv = folder_.filePath(u"a.csv"_s);
   Export(csv, 0);
   EXPECT_EQ(Status(), u"8 records in %1; 2 of them where uploads disagree"_s.arg(csv));
@@ -257,8 +212,8 @@ TEST_F(ExportFromArchive, ASeriesGoesIntoEachKind) {
 }
 
 TEST_F(ExportFromArchive, TheNameDecidesWhereItSaysAnotherKind) {
-  Open();
-  ChooseLogger(2);
+  Open().show();
+  ChooseWholeLogger(2);
   Export(folder_.filePath(u"a.nc"_s), 0);
   EXPECT_EQ(Content(folder_.filePath(u"a.nc"_s)).left(4), "\x89HDF");
   Export(folder_.filePath(u"a.csv"_s), 2);
@@ -268,8 +223,8 @@ TEST_F(ExportFromArchive, TheNameDecidesWhereItSaysAnotherKind) {
 }
 
 TEST_F(ExportFromArchive, AnUploadIsExportedAlone) {
-  Open();
-  ChooseLogger(2);
+  Open().show();
+  ChooseWholeLogger(2);
   Find<QTableView>(u"tblUploads"_s)->selectRow(1);
   const QString csv = folder_.filePath(u"a.csv"_s);
   option_ = u"Yes"_s;
@@ -281,8 +236,8 @@ TEST_F(ExportFromArchive, AnUploadIsExportedAlone) {
 }
 
 TEST_F(ExportFromArchive, WhatFailsIsToldWithFileAndReason) {
-  Open();
-  ChooseLogger(2);
+  Open().show();
+  ChooseWholeLogger(2);
   Export(folder_.filePath(u"no/such/folder/a.csv"_s), 0);
   ASSERT_EQ(messages_.All.size(), 1U);
   EXPECT_EQ(messages_.All[0].Prompt,
@@ -309,8 +264,8 @@ TEST_F(ExportFromArchive, DifferentChannelsNameTheWayOut) {
   QByteArray image = store_.Upload(3)->Settings;
   image.replace('%', 'V');
   store_.Run(u"UPDATE upload SET settings = ? WHERE id = 3"_s, {image});
-  Open();
-  ChooseLogger(2);
+  Open().show();
+  ChooseWholeLogger(2);
   const QString csv = folder_.filePath(u"a.csv"_s);
   Export(csv, 0);
   ASSERT_EQ(messages_.All.size(), 1U);
@@ -324,8 +279,8 @@ TEST_F(ExportFromArchive, DifferentChannelsNameTheWayOut) {
 TEST_F(ExportFromArchive, NoRecordsAreNoFile) {
   const qint64 empty = store_.SeeLogger(u"A new one"_s, 12, 3, Hour(1));
   AddUpload(store_, empty, Hour(14), {});
-  Open();
-  ChooseLogger(1);
+  Open().show();
+  ChooseWholeLogger(1);
   const QString csv = folder_.filePath(u"a.csv"_s);
   Export(csv, 0);
   ASSERT_EQ(messages_.All.size(), 1U);
@@ -335,8 +290,8 @@ TEST_F(ExportFromArchive, NoRecordsAreNoFile) {
 }
 
 TEST_F(ExportFromArchive, CancelInTheSaveDialogDoesNothing) {
-  Open();
-  ChooseLogger(2);
+  Open().show();
+  ChooseWholeLogger(2);
   const QString before = Status();
   Button()->click();
   EXPECT_EQ(Status(), before);

@@ -1,13 +1,13 @@
 #include <QFileInfo>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QProcess>
 
 #include "archive/ArchivedUpload.h"
 #include "archive/UploadsRig.h"
 #include "cli/CommandRig.h"
 #include "history/CsvExport.h"
 #include "sim/FlashImage.h"
+#include "support/Ncdump.h"
 
 namespace tessmar::test {
 namespace {
@@ -40,14 +40,6 @@ class ExportCommandTest : public CommandRig {
     AddUpload(store, well, Hour(12), {10, 20, 30, 50, 60, 70});
     AddUpload(store, well, Hour(13), {10, 20, 30, 40, 60, 70, 80});
     return well;
-  }
-
-  QString Dumped(const QString& file, const QStringList& options) {
-    QProcess ncdump;
-    ncdump.start(u"ncdump"_s, options + QStringList{file});
-    EXPECT_TRUE(ncdump.waitForFinished(30000));
-    EXPECT_EQ(ncdump.readAllStandardError(), "");
-    return QString::fromUtf8(ncdump.readAllStandardOutput());
   }
 };
 
@@ -84,7 +76,7 @@ TEST_F(ExportCommandTest, WritesASeriesWithItsDisagreements) {
   EXPECT_EQ(Out(),
             u"{\"id\":null,\"name\":\"Well 7\",\"records\":8,\"disagreements\":2,"
             u"\"style\":\"netcdf\",\"file\":\"%1\"}\n"_s.arg(File("a.nc")));
-  EXPECT_TRUE(Dumped(File("a.nc"), {u"-v"_s, u"disagreement"_s})
+  EXPECT_TRUE(DumpOfFile(File("a.nc"), {u"-v"_s, u"disagreement"_s})
                   .contains(u"disagreement = 0, 0, 0, 1, 1, 0, 0, 0 ;"_s));
 
   ASSERT_EQ(Export({u"--logger"_s, u"Well 7"_s, u"-"_s}), 0);
@@ -98,7 +90,7 @@ TEST_F(ExportCommandTest, AnUploadAndAnImageGoIntoEveryForm) {
   EXPECT_TRUE(ReadFile(File("a.csv")).startsWith("logger_time,corrected_time,Channel 1 (hPa),"));
   EXPECT_EQ(ReadFile(File("a.csv")).count("\r\n"), 961);
   ASSERT_EQ(Run(upload + QStringList{File("a.nc"), u"--no-archive"_s}), 0);
-  const QString head = Dumped(File("a.nc"), {u"-h"_s});
+  const QString head = DumpOfFile(File("a.nc"), {u"-h"_s});
   EXPECT_TRUE(head.contains(u"(960 currently)"_s));
   EXPECT_TRUE(head.contains(u":title = \"Records of the logger Mill Pond 3\""_s));
   EXPECT_TRUE(head.contains(u"from COM9\""_s)) << head.toStdString();
@@ -109,7 +101,7 @@ TEST_F(ExportCommandTest, AnUploadAndAnImageGoIntoEveryForm) {
   const QStringList channels{u"--analog"_s, u"8"_s, u"--pulse"_s, u"2"_s};
   ASSERT_EQ(Run(QStringList{u"convert"_s, File("a.bin"), File("b.nc")} + channels), 0)
       << Words().toStdString();
-  EXPECT_TRUE(Dumped(File("b.nc"), {u"-h"_s}).contains(u"(960 currently)"_s));
+  EXPECT_TRUE(DumpOfFile(File("b.nc"), {u"-h"_s}).contains(u"(960 currently)"_s));
   ASSERT_EQ(
       Run(QStringList{u"convert"_s, File("a.bin"), u"-"_s, u"--style"_s, u"analysis"_s} + channels),
       0);

@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QDir>
 #include <QFile>
-#include <QLineEdit>
 #include <QProcess>
 
 #include "e2e/Desk.h"
@@ -108,11 +107,7 @@ TEST(Answers, ASignalAtTheQuestionOverwritesNoFile) {
     desk.Connect();
     desk.OpenViewer();
     Robot::Click(u"frmHistory"_s, u"cmdSave"_s);
-    Robot::WaitForForm(u"dlgFile"_s);
-    Robot::InGui([&] {
-      qobject_cast<QLineEdit*>(Robot::Control(u"dlgFile"_s, u"fileNameEdit"_s))
-          ->setText(desk.Path(u"pond.csv"_s));
-    });
+    Robot::NameFile(desk.Path(u"pond.csv"_s));
     WaitForActive(u"dlgFile"_s);
     Robot::Press(Qt::Key_Return);
     Robot::WaitForForm(kMessage);
@@ -224,11 +219,7 @@ TEST(Answers, SavingOverAFileLeavesTheKeyboardAtOk) {
     desk.OpenViewer();
     for (int i = 0; i < 5; ++i) {
       Robot::Click(u"frmHistory"_s, u"cmdSave"_s);
-      Robot::WaitForForm(u"dlgFile"_s);
-      Robot::InGui([&] {
-        qobject_cast<QLineEdit*>(Robot::Control(u"dlgFile"_s, u"fileNameEdit"_s))
-            ->setText(desk.Path(u"pond.csv"_s));
-      });
+      Robot::NameFile(desk.Path(u"pond.csv"_s));
       WaitForActive(u"dlgFile"_s);
       Robot::Press(Qt::Key_Return);
       Robot::WaitForForm(kMessage);

@@ -4,7 +4,6 @@
 #include <QApplication>
 #include <QComboBox>
 #include <QFile>
-#include <QLineEdit>
 #include <QProcess>
 #include <QScreen>
 
@@ -139,10 +138,7 @@ class Desktop : public testing::TestWithParam<Operator> {
     // The question about the file that is there stands over the dialog, and both go at once.
     Robot::Click(kViewer, u"cmdSave"_s);
     ExpectAt(u"dlgFile"_s, u"fileNameEdit"_s);
-    Robot::InGui([&] {
-      qobject_cast<QLineEdit*>(Robot::Control(u"dlgFile"_s, u"fileNameEdit"_s))
-          ->setText(desk.Path(u"pond.csv"_s));
-    });
+    Robot::NameFile(desk.Path(u"pond.csv"_s));
     PressReally({u"Return"_s});
     ExpectAt(kMessage, u"cmdButton(1)"_s);
     Robot::Click(kMessage, u"cmdButton(0)"_s);

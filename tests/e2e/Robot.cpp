@@ -248,10 +248,15 @@ void Robot::Answer(const QString& start, int button, int milliseconds) {
   Click(u"FMessage"_s, u"cmdButton(%1)"_s.arg(button));
 }
 
-void Robot::TakeFile(const QString& path) {
+void Robot::NameFile(const QString& path) {
   WaitForForm(u"dlgFile"_s);
-  // Set and clicked, not typed and entered: a list of completions would take the keys.
+  // Set and not typed: a list of completions would take the keys.
   InGui([&] { qobject_cast<QLineEdit*>(Control(u"dlgFile"_s, u"fileNameEdit"_s))->setText(path); });
+}
+
+void Robot::TakeFile(const QString& path) {
+  NameFile(path);
+  // Clicked and not entered, for the same reason.
   QMetaObject::invokeMethod(
       Anchor(),
       [] {

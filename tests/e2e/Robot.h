@@ -67,7 +67,9 @@ class Robot {
   static void TurnTo(const QString& form, const QString& tabs, int page);
   /// Waits for a message that begins so and presses one of its buttons, 0 first.
   static void Answer(const QString& start, int button = 0, int milliseconds = 15000);
-  /// Types the name of a file into the file dialog and takes it.
+  /// Types the name of a file into the file dialog.
+  static void NameFile(const QString& path);
+  /// The same, and takes it.
   static void TakeFile(const QString& path);
 
   /// What a label, button, text box, combo box or group shows.
