@@ -93,13 +93,14 @@ std::unique_ptr<RecordMaker> MakerOf(const ExportSettings& settings) {
   return std::make_unique<RecordMaker>(settings.Settings, settings.Analog, settings.Pulse);
 }
 
-/// A column in the making: its methods, each with the time of the first record made by it.
+/// A column in the making: its methods, each with the time of the first record made by it. A
+/// channel's own reading has none, and is another column than what is derived for its place.
 struct DraftColumn {
   ExportColumn Column;
   int Place = 0;
-  std::vector<std::pair<QString, std::optional<std::int64_t>>> Methods;
+  std::vector<std::pair<QString, std::int64_t>> Methods;
 
-  void TakeMethod(const QString& method, std::optional<std::int64_t> first) {
+  void TakeMethod(const QString& method, std::int64_t first) {
     if (!Methods.empty() && Methods.back().first == method) return;
     Methods.emplace_back(method, first);
   }
@@ -107,15 +108,13 @@ struct DraftColumn {
     if (Methods.size() == 1) return Methods.front().first;
     QStringList texts;
     for (const auto& [method, first] : Methods) {
-      const QString since = first ? IsoLoggerTime(*first) : QString();
-      texts.append(u"from %1: %2"_s.arg(since, method.isEmpty() ? u"as measured"_s : method));
+      texts.append(u"from %1: %2"_s.arg(IsoLoggerTime(first), method));
     }
     return texts.join(u"; "_s);
   }
 };
 
-void TakeChannel(std::vector<DraftColumn>& drafts, const ChannelRow& channel,
-                 std::optional<std::int64_t> first) {
+void TakeChannel(std::vector<DraftColumn>& drafts, const ChannelRow& channel, std::int64_t first) {
   const auto same = std::ranges::find_if(drafts, [&](const DraftColumn& draft) {
     return draft.Place == channel.Place && draft.Column.Name == channel.Name &&
            draft.Column.Unit == channel.Unit;
@@ -253,7 +252,7 @@ std::vector<ExportColumn> ColumnsOf(const std::vector<ExportSettings>& settings)
     // An upload that brought no record of its own says nothing of the others.
     if (!made.FirstSeconds && settings.size() > 1) continue;
     for (const ChannelRow& channel : MakerOf(made)->Channels())
-      TakeChannel(drafts, channel, made.FirstSeconds);
+      TakeChannel(drafts, channel, made.FirstSeconds.value_or(0));
   }
   std::ranges::stable_sort(drafts, {}, &DraftColumn::Place);
   std::vector<ExportColumn> columns;

@@ -10,6 +10,7 @@
 #include "archive/SaveExport.h"
 #include "archive/UploadsRig.h"
 #include "history/HistoryTable.h"
+#include "measure/SalinityConductivity.h"
 #include "support/Ncdump.h"
 
 namespace tessmar::test {
@@ -27,13 +28,16 @@ class ExportSourceTest : public ArchiveFolder {
   }
 
   void SetSettings(qint64 upload, const std::function<void(AnalogChannelSettings&)>& change) {
+    SetAll(upload, [&](LoggerSettings& settings) { change(settings.Analog[0]); });
+  }
+  void SetAll(qint64 upload, const std::function<void(LoggerSettings&)>& change) {
     const UploadRow row = store_.Upload(upload).value_or(UploadRow());
     LinkState link;
     link.AnalogChannelCount = 1;
     LoggerSettings settings;
     const auto* bytes = reinterpret_cast<const std::uint8_t*>(row.Settings.constData());
     UnpackConfigImage(link, {bytes, static_cast<std::size_t>(row.Settings.size())}, settings);
-    change(settings.Analog[0]);
+    change(settings);
     ConfigImage image;
     PackConfigImage(link, settings, image);
     store_.Run(u"UPDATE upload SET settings = ? WHERE id = ?"_s,
@@ -160,6 +164,51 @@ TEST_F(ExportSourceTest, MoreDecimalsAreNoOtherColumn) {
             "logger_time,corrected_time,Channel 1 (%),disagreement\r\n"
             "2026-03-03T12:00:10,,0.100,0\r\n2026-03-03T12:00:20,,0.200,0\r\n"
             "2026-03-03T12:00:30,2026-03-03T12:00:18Z,0.300,0\r\n");
+}
+
+TEST_F(ExportSourceTest, AColumnTellsSinceWhenItsValuesAreMadeInAnotherWay) {
+  const qint64 uploads[] = {AddUpload(store_, well_, Hour(12), {10, 20}),
+                            AddUpload(store_, well_, Hour(13), {10, 20, 30}),
+                            AddUpload(store_, well_, Hour(14), {20, 30, 40}),
+                            AddUpload(store_, well_, Hour(15), {30, 40, 50})};
+  const double conductivity[] = {40, 40, 35, 40};
+  for (int i = 0; i < 4; ++i) {
+    SetAll(uploads[i], [&](LoggerSettings& settings) {
+      settings.Do.EnableSalinityDisplay = 1;
+      settings.Do.SalinityDisplayChannel = 0;
+      settings.Do.ConductivityManualEntry = 1;
+      settings.Do.ConductivityManual = conductivity[i];
+      settings.Do.ConductivityManualEntryUnits = kMilliSiemensPerCm;
+    });
+  }
+  const std::vector<ExportColumn> columns = ColumnsOf(SourceOfSeries(store_, well_).Settings);
+  ASSERT_EQ(columns.size(), 1U);
+  EXPECT_EQ(columns[0].Name, u"Salinity"_s);
+  const QString method =
+      u"practical salinity scale 1978 with its coefficients at 25 °C, extended to low salinities "
+      "after Hill, Dauphinee and Woods (1986); from conductivity at 25 °C %1 mS/cm as typed in; "
+      "largest deviation from the full scale 0.0006 for water at 25 °C up to a salinity of 42"_s;
+  EXPECT_EQ(columns[0].Method, u"from 2026-03-03T12:00:10: "_s + method.arg(40) +
+                                   u"; from 2026-03-03T12:00:40: "_s + method.arg(35) +
+                                   u"; from 2026-03-03T12:00:50: "_s + method.arg(40));
+  // One that stays the same needs no time.
+  EXPECT_EQ(ColumnsOf(SourceOfUpload(store_, uploads[2]).Settings).at(0).Method, method.arg(35));
+}
+
+TEST_F(ExportSourceTest, AReadingAndWhatIsDerivedInItsPlaceAreTwoColumns) {
+  AddUpload(store_, well_, Hour(12), {10, 20});
+  const qint64 second = AddUpload(store_, well_, Hour(13), {10, 20, 30});
+  SetAll(second, [](LoggerSettings& settings) {
+    settings.Do.EnableSalinityDisplay = 1;
+    settings.Do.SalinityDisplayChannel = 0;
+  });
+  const std::vector<ExportColumn> columns = ColumnsOf(SourceOfSeries(store_, well_).Settings);
+  ASSERT_EQ(columns.size(), 2U);
+  EXPECT_EQ(columns[0].Name, u"Channel 1"_s);
+  EXPECT_EQ(columns[0].Method, u""_s);
+  EXPECT_EQ(columns[1].Place, u"a1_2"_s);
+  EXPECT_EQ(columns[1].Name, u"Salinity"_s);
+  EXPECT_TRUE(columns[1].Method.startsWith(u"practical salinity"_s));
 }
 
 TEST_F(ExportSourceTest, TheBlocksOfAnUploadThatRunsAreItsRecords) {
