@@ -169,6 +169,79 @@ TEST_F(ArchiveModels, SortByWhatTheCellsMean) {
   EXPECT_EQ(Column(filter, UploadsModel::Records), (QStringList{u"900"_s, u"1000"_s, u"20"_s}));
 }
 
+TEST_F(ArchiveModels, SortTextsAsTheyRead) {
+  UploadsModel model(locale_);
+  std::vector<UploadRow> uploads = Uploads();
+  uploads[0].Source = u"b.bin"_s;
+  uploads[1].Source = u"a.bin"_s;
+  uploads[2].Source = u"c.bin"_s;
+  model.Set(uploads, Names());
+  ArchiveFilter filter;
+  filter.setSourceModel(&model);
+  filter.sort(UploadsModel::Source);
+  EXPECT_EQ(Column(filter, UploadsModel::Source),
+            (QStringList{u"a.bin"_s, u"b.bin"_s, u"c.bin"_s}));
+
+  LogbookModel logbook(locale_);
+  logbook.Set({{.LoggerId = 1, .At = Hour(9), .Entry = {.Text = u"b"_s}},
+               {.LoggerId = 1, .At = Hour(11), .Entry = {.Text = u"a"_s}},
+               {.LoggerId = 1, .At = Hour(10), .Entry = {.Text = u"c"_s}}},
+              Names());
+  filter.setSourceModel(&logbook);
+  filter.sort(LogbookModel::Details);
+  EXPECT_EQ(Column(filter, LogbookModel::Details), (QStringList{u"a"_s, u"b"_s, u"c"_s}));
+  filter.sort(LogbookModel::At);
+  EXPECT_EQ(Column(filter, LogbookModel::Details), (QStringList{u"b"_s, u"c"_s, u"a"_s}));
+}
+
+TEST_F(ArchiveModels, NumbersStandAtTheRightAndCellsHaveTheirTextAsTip) {
+  UploadsModel uploads(locale_);
+  uploads.Set(Uploads(), Names());
+  const auto at = [](const QAbstractItemModel& model, int column, int role) {
+    return model.data(model.index(0, column), role);
+  };
+  EXPECT_EQ(at(uploads, UploadsModel::Records, Qt::TextAlignmentRole).toInt(), 0x82);
+  EXPECT_FALSE(at(uploads, UploadsModel::State, Qt::TextAlignmentRole).isValid());
+  EXPECT_EQ(at(uploads, UploadsModel::State, Qt::ToolTipRole).toString(), u"complete"_s);
+  EXPECT_EQ(at(uploads, UploadsModel::State, kTimeRole).toDateTime(), Hour(12));
+  LogbookModel logbook(locale_);
+  logbook.Set({{.LoggerId = 3, .At = Hour(9), .Entry = {.Text = u"b"_s}}}, Names());
+  EXPECT_EQ(at(logbook, LogbookModel::LoggerName, Qt::ToolTipRole).toString(),
+            u"(without a name)"_s);
+  EXPECT_EQ(at(logbook, LogbookModel::Details, kTimeRole).toDateTime(), Hour(9));
+  EXPECT_FALSE(at(logbook, LogbookModel::Details, Qt::DecorationRole).isValid());
+  LoggersModel loggers;
+  loggers.Set({{.Id = 4, .Name = u"Well 7"_s}}, 0);
+  EXPECT_EQ(loggers.data(loggers.index(1), Qt::ToolTipRole).toString(), u"Well 7"_s);
+  EXPECT_FALSE(loggers.data(loggers.index(1), Qt::DecorationRole).isValid());
+  EXPECT_EQ(loggers.KindOf(0), LoggersModel::Kind::All);
+  EXPECT_EQ(loggers.KindOf(1), LoggersModel::Kind::Logger);
+}
+
+TEST_F(ArchiveModels, HaveHeadingsAcrossAndNowhereElse) {
+  const UploadsModel uploads(locale_);
+  const LogbookModel logbook(locale_);
+  const auto heads = [](const QAbstractItemModel& model) {
+    QStringList texts;
+    for (int column = 0; column < model.columnCount(); ++column)
+      texts.append(model.headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
+    return texts.join(u'|');
+  };
+  EXPECT_EQ(heads(uploads), u"Begun|Logger|Kind|State|Records|Clock|From"_s);
+  EXPECT_EQ(heads(logbook), u"Time|Logger|Event|Details"_s);
+  SetTextLanguage(kLanguageGerman);
+  EXPECT_EQ(heads(uploads), u"Begonnen|Logger|Art|Zustand|Datensätze|Uhr|Aus"_s);
+  EXPECT_EQ(heads(logbook), u"Zeit|Logger|Ereignis|Einzelheiten"_s);
+  for (const int section : {-1, 7})
+    EXPECT_FALSE(uploads.headerData(section, Qt::Horizontal, Qt::DisplayRole).isValid());
+  EXPECT_FALSE(uploads.headerData(0, Qt::Vertical, Qt::DisplayRole).isValid());
+  EXPECT_FALSE(uploads.headerData(0, Qt::Horizontal, Qt::ToolTipRole).isValid());
+}
+
+TEST_F(ArchiveModels, AMomentThatIsNotKnownHasNoText) {
+  EXPECT_EQ(LocalTimeText(QDateTime(), locale_), QString());
+}
+
 TEST_F(ArchiveModels, FilterByWordsAndDays) {
   UploadsModel model(locale_);
   std::vector<UploadRow> uploads = Uploads();

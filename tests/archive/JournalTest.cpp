@@ -280,6 +280,30 @@ TEST_F(AJournal, TheNextStartFillsTheRecordsOfAKilledUpload) {
   EXPECT_EQ(Rows(u"SELECT ended FROM upload"_s), QStringList{u"-"_s});
 }
 
+// It has been found here, and waits for the end of the upload that runs.
+TEST_F(AJournal, AKilledUploadThatAnotherProgramHasLookedAfterIsNotFilledAgain) {
+  journal_->Begin({.Promised = 60});
+  Take({24, 24});
+  Pass(300);
+  KillAndStart();
+  journal_->Begin({});
+  Pass(100);
+  {
+    Journal other(Path(), Context());
+    clock_.Present = clock_.Present.addSecs(1);
+    while (other.Tick()) continue;
+  }
+  EXPECT_EQ(States(), u"interrupted 48"_s);
+  OtherProgram file(Path());
+  ASSERT_TRUE(file.Do(u"DELETE FROM record WHERE number > 40"_s));
+  Take({7});
+  journal_->End(UploadEnd::Complete);
+  Pass(600);
+  EXPECT_EQ(States(), u"interrupted 48, complete 7"_s);
+  EXPECT_EQ(Rows(u"SELECT count(*) FROM record GROUP BY upload_id"_s),
+            (QStringList{u"40"_s, u"7"_s}));
+}
+
 TEST_F(AJournal, AnUploadOfAnotherRunningProcessIsLeftAlone) {
   journal_->Begin({});
   Take({24});

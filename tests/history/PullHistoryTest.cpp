@@ -99,6 +99,17 @@ TEST_F(Pull, ACancelBetweenBlocksKeepsWhatHasArrived) {
   EXPECT_EQ(rig.Received(), rig.Stored(30));
 }
 
+TEST_F(Pull, ABufferThatIsFullEndsTheUploadWithWhatFits) {
+  HistoryBuffer small(25);
+  UploadRig rig({.Records = 40}, small);
+  EXPECT_EQ(rig.Pull(), UploadEnd::BufferFull);
+  EXPECT_EQ(rig.Asked(), (std::vector{0, 1, 1}));
+  EXPECT_EQ(rig.Received(), rig.Stored(25));
+  // The block that did not fit whole is kept whole.
+  EXPECT_EQ(rig.Sink.Log, (std::vector<std::string>{"begin", "block", "block", "block", "end"}));
+  EXPECT_EQ(rig.Sink.Ends, std::vector{UploadEnd::BufferFull});
+}
+
 TEST_F(Pull, MoreRecordsThanPromisedAreTakenAsTheyCome) {
   UploadRig rig({.Records = 25}, buffer_);
   rig.Logger.AddFault({.Mode = FailureMode::MoreRecords, .Count = 14});

@@ -165,6 +165,18 @@ TEST_F(CalibrationTest, AnAdapterLostInTheMiddleOfAReadingIsAbsorbed) {
   EXPECT_FALSE(Tick(wizard));
 }
 
+TEST_F(CalibrationTest, AFaultThatIsNotTrappedComesThroughAndTheNextTickReadsOn) {
+  Calibration wizard = Wizard();
+  GoTo(wizard, Page::HighReading);
+  Tick(wizard);
+  rig_.Link.TrapErrors = false;
+  rig_.Port.OnWrite = [](const test::Bytes&) { throw PortFault("gone"); };
+  EXPECT_THROW(wizard.Tick(), PortFault);
+  const auto before = rig_.Port.Writes.size();
+  EXPECT_THROW(wizard.Tick(), PortFault);
+  EXPECT_GT(rig_.Port.Writes.size(), before);
+}
+
 TEST_F(CalibrationTest, EveryFailureOfTheLinkLeavesTheTextAlone) {
   using sim::FailureMode;
   for (const FailureMode mode :

@@ -279,6 +279,46 @@ TEST_F(SetupControlsTest, ValuesOutsideTheirListsShowWhatTheListsCan) {
   EXPECT_EQ(controls_.Do.cmbWaterTempSourceChannel, 2);
 }
 
+TEST_F(SetupControlsTest, TheImageIsThatOfTheControlsAndOfWhatTheyDoNotShow) {
+  link_.AnalogChannelCount = 3;
+  settings_.Analog[5].EngUnits = u"kept"_s;
+  controls_.Analog[5].cmbEU = u"lost"_s;
+  controls_.txtName = u"Weir 12"_s;
+  controls_.cmbWarmup = 60;
+  controls_.Alarm[0] = {.chkAlarm = true, .txtAlarm = u"1:02:03"_s, .cmbAlarm = 1};
+  const LoggerSettings before = settings_;
+  const std::optional<ConfigImage> image = ImageOf(link_, false, controls_, settings_);
+  ASSERT_TRUE(image);
+  EXPECT_EQ(settings_, before);
+  LoggerSettings read;
+  UnpackConfigImage(link_, *image, read);
+  EXPECT_EQ(read.LoggerName.trimmed(), u"Weir 12"_s);
+  EXPECT_EQ(read.SensorWarmupTime, 60);
+  EXPECT_EQ(read.Analog[5].EngUnits.trimmed(), u"kept"_s);
+  EXPECT_EQ(read.Alarm[0],
+            (AlarmSettings{.Enable = 1, .AlarmSec = 3, .AlarmMin = 2, .AlarmHour = 13}));
+}
+
+TEST_F(SetupControlsTest, ControlsThatNoImageCanHoldHaveNoneWhetherFaultsAreTrappedOrNot) {
+  for (const bool trap : {true, false}) {
+    link_.TrapErrors = trap;
+    SetupControls open = controls_;
+    open.cmbWarmup = -1;
+    EXPECT_FALSE(ImageOf(link_, false, open, settings_));
+    SetupControls large = controls_;
+    large.txtException = u"65536"_s;
+    EXPECT_FALSE(ImageOf(link_, false, large, settings_));
+    EXPECT_TRUE(ImageOf(link_, false, controls_, settings_));
+  }
+}
+
+TEST_F(SetupControlsTest, AnIntervalUnitBeyondItsListEndsTheTransferThere) {
+  settings_.SampleInterval = u"4 hours"_s;
+  EXPECT_EQ(IntervalFor(u"9"_s, 4), u"4 hours"_s);
+  link_.TrapErrors = false;
+  EXPECT_THROW(ToSettings(), RangeFault);
+}
+
 TEST_F(SetupControlsTest, AnIntervalTooLargeForANumberShowsZero) {
   settings_.SampleInterval = QString(400, u'9') + u" days"_s;
   ToControls();
