@@ -21,6 +21,11 @@ class CountingPort final : public SerialPort {
     ++Bytes;
     return port_.ReadByte();
   }
+  std::size_t Read(std::span<std::uint8_t> room) override {
+    const std::size_t count = port_.Read(room);
+    Bytes += static_cast<qint64>(count);
+    return count;
+  }
   std::vector<std::uint8_t> ReadAll() override {
     std::vector<std::uint8_t> all = port_.ReadAll();
     Bytes += static_cast<qint64>(all.size());

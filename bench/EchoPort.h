@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <numeric>
@@ -33,6 +34,12 @@ class EchoPort final : public SerialPort {
   int InputCount() const override { return static_cast<int>(answer_.size() - taken_); }
   void DiscardInput() override { taken_ = answer_.size(); }
   std::uint8_t ReadByte() override { return answer_[taken_++]; }
+  std::size_t Read(std::span<std::uint8_t> room) override {
+    const std::size_t count = std::min(room.size(), answer_.size() - taken_);
+    std::copy_n(answer_.begin() + static_cast<std::ptrdiff_t>(taken_), count, room.begin());
+    taken_ += count;
+    return count;
+  }
   std::vector<std::uint8_t> ReadAll() override { return {}; }
   void Write(std::span<const std::uint8_t>) override { taken_ = 0; }
   void SetDtr(bool) override {}

@@ -15,6 +15,10 @@ class MessageLoop {
   /// second half of a reply that came in one piece.
   virtual void RunPending() = 0;
 
+  /// The same, for what does so many times a millisecond: once in that time is enough for whoever
+  /// clicks, and for timers.
+  virtual void RunPendingIfDue() { RunPending(); }
+
   /// True once the program is ending; every wait ends then.
   virtual bool Ending() const = 0;
 };

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QElapsedTimer>
 #include <QObject>
 #include <QTimer>
 
@@ -15,6 +16,7 @@ class QtMessageLoop final : public QObject, public MessageLoop {
   /// Sleeps at most a tenth of a second, whatever comes. Does not sleep once the program is ending.
   void RunOnce() override;
   void RunPending() override;
+  void RunPendingIfDue() override;
   bool Ending() const override { return ending_; }
 
   /// The program is ending: every wait is over. Asking the application to quit does the same.
@@ -26,8 +28,10 @@ class QtMessageLoop final : public QObject, public MessageLoop {
   bool eventFilter(QObject* receiver, QEvent* event) override;
 
  private:
-  /// Wakes a wait when no timer of the program runs, so that it sees the end of the program.
+  /// Wakes a wait when no timer of the program runs, so that it sees the end of the program. It
+  /// goes on from one wait to the next, and stops by itself when it finds none.
   QTimer alarm_;
+  QElapsedTimer sincePending_;  ///< Since the last RunPending; invalid before the first.
   int depth_ = 0;
   bool ending_ = false;
 };

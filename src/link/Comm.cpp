@@ -119,7 +119,7 @@ void Comm::WaitForBytes(std::int16_t ticks, int count) {
   };
   link_.WaitTicks = ticks;
   if (isOver()) {
-    loop_.RunPending();
+    loop_.RunPendingIfDue();
     return;
   }
   do {
@@ -179,25 +179,57 @@ bool Comm::ReceiveFrame(std::span<std::uint8_t> payload) {
   return false;
 }
 
-// These two are done for each byte. Compiled as a part of a library, only what is inline becomes a
-// part of its caller.
-inline std::optional<std::uint8_t> Comm::NextByte() {
-  if (port_.InputCount() == 0) {
-    WaitForBytes(link_.LinkTimeoutTicks, 1);
-    if (port_.InputCount() == 0) {
-      RequireOpen();
-      return std::nullopt;
-    }
-  }
-  return port_.ReadByte();
-}
+/// The bytes of a frame behind its start byte. They are taken from the port in pieces, of which
+/// none reaches beyond the frame: whatever follows it stays in the queue.
+class Comm::FrameReader {
+ public:
+  explicit FrameReader(Comm& comm) : comm_(comm) {}
 
-inline std::optional<std::uint8_t> Comm::NextUnescapedByte() {
-  const std::optional<std::uint8_t> byte = NextByte();
-  if (byte != kEscape) return byte;
-  const std::optional<std::uint8_t> escaped = NextByte();
-  if (!escaped || *escaped > kLastEscaped) return std::nullopt;
-  return static_cast<std::uint8_t>(*escaped + kStartOfFrame);
+  /// Nothing when none arrives in time.
+  /// @param certain  bytes that the frame still has at least, this one too.
+  std::optional<std::uint8_t> Next(std::size_t certain) {
+    if (taken_ == held_ && !Take(certain)) return std::nullopt;
+    return piece_[taken_++];
+  }
+
+  /// The next bytes, without their escapes.
+  /// @param behind  bytes that the frame still has behind these at least.
+  /// @return false when one does not arrive in time, or cannot stand behind an escape.
+  bool Unescape(std::span<std::uint8_t> bytes, std::size_t behind) {
+    for (std::size_t i = 0; i < bytes.size(); ++i) {
+      const std::size_t certain = bytes.size() - i + behind;
+      if (taken_ == held_ && !Take(certain)) return false;
+      std::uint8_t byte = piece_[taken_++];
+      if (byte == kEscape) {
+        const std::optional<std::uint8_t> escaped = Next(certain);
+        if (!escaped || *escaped > kLastEscaped) return false;
+        byte = static_cast<std::uint8_t>(*escaped + kStartOfFrame);
+      }
+      bytes[i] = byte;
+    }
+    return true;
+  }
+
+ private:
+  bool Take(std::size_t certain) {
+    if (!comm_.WaitForNextByte()) return false;
+    taken_ = 0;
+    held_ = comm_.port_.Read(std::span(piece_).first(std::min(certain, piece_.size())));
+    return held_ > 0;
+  }
+
+  Comm& comm_;
+  std::array<std::uint8_t, kMostPayload + 3> piece_{};
+  std::size_t held_ = 0;
+  std::size_t taken_ = 0;
+};
+
+bool Comm::WaitForNextByte() {
+  if (port_.InputCount() > 0) return true;
+  WaitForBytes(link_.LinkTimeoutTicks, 1);
+  if (port_.InputCount() > 0) return true;
+  RequireOpen();
+  return false;
 }
 
 bool Comm::ReceiveFrameBody(std::span<std::uint8_t> payload) {
@@ -207,23 +239,16 @@ bool Comm::ReceiveFrameBody(std::span<std::uint8_t> payload) {
     if (port_.InputCount() == 0) return false;
   } while (port_.ReadByte() != kStartOfFrame);
 
+  FrameReader frame(*this);
   const std::size_t size = payload.size();
-  const std::optional<std::uint8_t> length = NextByte();
+  const std::optional<std::uint8_t> length = frame.Next(1);
   if (!length || *length != size + 2) return false;
 
-  std::uint16_t check = 0;
-  for (std::size_t i = 0; i < size + 2; ++i) {
-    const std::optional<std::uint8_t> byte = NextUnescapedByte();
-    if (!byte) return false;
-    if (i < size) {
-      payload[i] = *byte;
-    } else if (i == size) {
-      check = *byte;
-    } else {
-      check = static_cast<std::uint16_t>(check | *byte << 8);
-    }
-  }
-  if (NextByte() != kEndOfFrame) return false;
+  std::array<std::uint8_t, 2> checkBytes{};
+  const std::size_t behindPayload = checkBytes.size() + 1;
+  if (!frame.Unescape(payload, behindPayload) || !frame.Unescape(checkBytes, 1)) return false;
+  if (frame.Next(1) != kEndOfFrame) return false;
+  const int check = checkBytes[0] | checkBytes[1] << 8;
   return Crc16(payload, 0, static_cast<int>(size) - 1) == check;
 }
 

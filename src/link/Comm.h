@@ -80,12 +80,12 @@ class Comm {
 
  private:
   friend class WaitsWhile;
+  class FrameReader;
 
   bool IsWanted() const { return !wanted_ || wanted_(); }
   bool SendFrameOnce(std::span<const std::uint8_t> frame);
   bool ReceiveFrameBody(std::span<std::uint8_t> payload);
-  std::optional<std::uint8_t> NextByte();
-  std::optional<std::uint8_t> NextUnescapedByte();
+  bool WaitForNextByte();
   void RequireOpen() const;
 
   SerialPort& port_;

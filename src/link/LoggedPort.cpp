@@ -84,6 +84,12 @@ std::uint8_t LoggedPort::ReadByte() {
   return byte;
 }
 
+std::size_t LoggedPort::Read(std::span<std::uint8_t> room) {
+  const std::size_t count = port_.Read(room);
+  Received(room.first(count));
+  return count;
+}
+
 std::vector<std::uint8_t> LoggedPort::ReadAll() {
   std::vector<std::uint8_t> bytes = port_.ReadAll();
   Received(bytes);

@@ -26,6 +26,7 @@ class LoggedPort final : public SerialPort {
   int InputCount() const override { return port_.InputCount(); }
   void DiscardInput() override { port_.DiscardInput(); }
   std::uint8_t ReadByte() override;
+  std::size_t Read(std::span<std::uint8_t> room) override;
   std::vector<std::uint8_t> ReadAll() override;
   void Write(std::span<const std::uint8_t> bytes) override;
   void SetDtr(bool on) override { port_.SetDtr(on); }

@@ -2,6 +2,7 @@
 
 #include <QFileInfo>
 #include <QScopedValueRollback>
+#include <algorithm>
 
 #include "base/Fault.h"
 #include "link/PortTrouble.h"
@@ -89,14 +90,21 @@ void QtSerialPort::DiscardInput() {
 }
 
 std::uint8_t QtSerialPort::ReadByte() {
+  std::uint8_t byte = 0;
+  if (Read({&byte, 1}) == 0) throw PortFault("nothing to read");
+  return byte;
+}
+
+std::size_t QtSerialPort::Read(std::span<std::uint8_t> room) {
   RequireOpen();
-  if (taken_ == input_.size()) throw PortFault("nothing to read");
-  const std::uint8_t byte = input_[taken_++];
+  const std::size_t count = std::min(room.size(), input_.size() - taken_);
+  std::copy_n(input_.begin() + static_cast<std::ptrdiff_t>(taken_), count, room.begin());
+  taken_ += count;
   if (taken_ == input_.size()) {
     input_.clear();
     taken_ = 0;
   }
-  return byte;
+  return count;
 }
 
 std::vector<std::uint8_t> QtSerialPort::ReadAll() {

@@ -25,6 +25,7 @@ class QtSerialPort final : public QObject, public SerialPort {
   int InputCount() const override;
   void DiscardInput() override;
   std::uint8_t ReadByte() override;
+  std::size_t Read(std::span<std::uint8_t> room) override;
   std::vector<std::uint8_t> ReadAll() override;
   void Write(std::span<const std::uint8_t> bytes) override;
 

@@ -33,6 +33,8 @@ class SerialPort {
   virtual void DiscardInput() = 0;
   /// Takes one byte from the input queue, which must not be empty.
   virtual std::uint8_t ReadByte() = 0;
+  /// Takes as many bytes from the input queue as there are and have room. @return their number.
+  virtual std::size_t Read(std::span<std::uint8_t> room) = 0;
   virtual std::vector<std::uint8_t> ReadAll() = 0;
   virtual void Write(std::span<const std::uint8_t> bytes) = 0;
 

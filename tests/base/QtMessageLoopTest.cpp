@@ -49,6 +49,51 @@ TEST(QtMessageLoop, ComesBackFromSleepWithoutAnyTimer) {
   EXPECT_FALSE(loop.IsRunningOnce());
 }
 
+/// Counts the ticks of all timers.
+class TickCounter final : public QObject {
+ public:
+  TickCounter() { QCoreApplication::instance()->installEventFilter(this); }
+  bool eventFilter(QObject*, QEvent* event) override {
+    Ticks += event->type() == QEvent::Timer ? 1 : 0;
+    return false;
+  }
+  int Ticks = 0;
+};
+
+TEST(QtMessageLoop, WakesNobodyWhenNothingWaits) {
+  QtMessageLoop loop;
+  loop.RunOnce();
+  const TickCounter counter;
+  QTimer end;
+  end.setSingleShot(true);
+  end.start(500);
+  while (end.isActive()) QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+  // The one that ends this, and at most one more, by which the loop's own alarm stops.
+  EXPECT_LE(counter.Ticks, 2);
+}
+
+TEST(QtMessageLoop, LooksAtOnceForTheFirstTimeAndNotAgainEachTimeInAMoment) {
+  QtMessageLoop loop;
+  int looks = 0;
+  int asked = 0;
+  const auto look = [&] {
+    bool ran = false;
+    QMetaObject::invokeMethod(
+        &loop, [&ran] { ran = true; }, Qt::QueuedConnection);
+    loop.RunPendingIfDue();
+    looks += ran ? 1 : 0;
+    ++asked;
+    if (!ran) QCoreApplication::removePostedEvents(&loop);
+  };
+  look();
+  EXPECT_EQ(looks, 1);
+  // However slow the machine is, some of so many follow each other within a moment; and after some
+  // time it looks again.
+  while (asked < 100'000) look();
+  EXPECT_LT(looks, asked);
+  while (looks < 3) look();
+}
+
 TEST(QtMessageLoop, KnowsThatItRuns) {
   QtMessageLoop loop;
   bool inside = false;

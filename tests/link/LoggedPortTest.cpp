@@ -64,6 +64,22 @@ TEST_F(LoggedPortTest, TracesLettersAndFramesInHexadecimal) {
                                   u"<- FA F8 0A"_s, u"port COM9 closed"_s}));
 }
 
+TEST_F(LoggedPortTest, TracesWhatIsTakenInPieces) {
+  LoggedPort port(Port, Log, true);
+  port.Open(9, u"38400,N,8,1"_s);
+  Send(port, "\xF8\x03\x0F\x40\x04\xF9");
+  Answer("\xFA\xF8\x0A");
+  Bytes room(2);
+  EXPECT_EQ(port.Read(room), 2U);
+  EXPECT_EQ(room, (Bytes{0xFA, 0xF8}));
+  EXPECT_EQ(port.Read(room), 1U);
+  EXPECT_EQ(room[0], 0x0A);
+  EXPECT_EQ(port.Read(room), 0U);
+  port.Close();
+  EXPECT_EQ(Lines(), (QStringList{u"port COM9 opened, 38400,N,8,1"_s, u"-> F8 03 0F 40 04 F9"_s,
+                                  u"<- FA F8 0A"_s, u"port COM9 closed"_s}));
+}
+
 TEST_F(LoggedPortTest, NeverSaysWhatIsSaidToAModem) {
   LoggedPort port(Port, Log, true);
   port.Open(9, u"9600,N,8,1"_s);

@@ -145,6 +145,23 @@ TEST(QtSerialPort, ReadsEveryByteValueAsItIs) {
   EXPECT_THROW(bench.Port.ReadByte(), PortFault);
 }
 
+TEST(QtSerialPort, ReadsAsMuchAsThereIsAndHasRoom) {
+  PortBench bench;
+  bench.Port.Open(9, kSettings);
+  bench.Far->Send({1, 2, 3, 4, 5});
+  ASSERT_TRUE(bench.Until([&] { return bench.Port.InputCount() == 5; }));
+  EXPECT_EQ(bench.Port.ReadByte(), 1);
+  Bytes room(3);
+  EXPECT_EQ(bench.Port.Read(room), 3U);
+  EXPECT_THAT(room, ElementsAre(2, 3, 4));
+  EXPECT_EQ(bench.Port.InputCount(), 1);
+  EXPECT_EQ(bench.Port.Read(room), 1U);
+  EXPECT_THAT(room, ElementsAre(5, 3, 4));
+  EXPECT_EQ(bench.Port.Read(room), 0U);
+  bench.Port.Close();
+  EXPECT_THROW(bench.Port.Read(room), PortFault);
+}
+
 TEST(QtSerialPort, DiscardsAlsoWhatTheLoopHasNotSeenYet) {
   PortBench bench;
   bench.Port.Open(9, kSettings);

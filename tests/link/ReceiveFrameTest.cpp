@@ -98,12 +98,22 @@ TEST(ReceiveFrame, SkipsNoiseAheadOfTheStartWhereverTheStreamIsSplit) {
   }
 }
 
-TEST(ReceiveFrame, LeavesWhatFollowsTheFrameInTheQueue) {
-  LinkBench bench;
-  bench.Arrive(kFrame + Bytes{0x77}, 10);
-  Bytes payload(3);
-  EXPECT_TRUE(bench.Channel.ReceiveFrame(payload));
-  EXPECT_EQ(bench.Port.InputCount(), 1);
+TEST(ReceiveFrame, LeavesWhatFollowsTheFrameInTheQueueWhereverTheStreamIsSplit) {
+  for (const auto& [frame, expected] :
+       {std::pair{kFrame, kPayload}, std::pair{kEscapedFrame, kEscapedPayload}}) {
+    const Bytes stream = frame + Bytes{0x77, 0xFA, 0xF9};
+    for (std::size_t split = 1; split <= stream.size(); ++split) {
+      SCOPED_TRACE(split);
+      LinkBench bench;
+      bench.Arrive(Bytes(stream.begin(), stream.begin() + static_cast<long>(split)), 10);
+      bench.Arrive(Bytes(stream.begin() + static_cast<long>(split), stream.end()), 500);
+      Bytes payload(3);
+      EXPECT_TRUE(bench.Channel.ReceiveFrame(payload));
+      EXPECT_EQ(payload, expected);
+      bench.Loop.RunFor(1000);
+      EXPECT_THAT(bench.Channel.ReadAll(), ElementsAre(0x77, 0xFA, 0xF9));
+    }
+  }
 }
 
 TEST(ReceiveFrame, FailsWhenOnlyNoiseHasCome) {
@@ -163,6 +173,17 @@ TEST(ReceiveFrame, FailsOnSevenBehindAnEscape) {
   Bytes payload(3);
   EXPECT_FALSE(bench.Channel.ReceiveFrame(payload));
   EXPECT_EQ(bench.Port.InputCount(), 0);
+}
+
+// Whether any of an answer has come is told by the first byte of the buffer.
+TEST(ReceiveFrame, WritesNothingOfAByteThatIsCutInItsEscape) {
+  for (const Bytes& cut : {Bytes{0xF8, 0x05, 0xFE}, Bytes{0xF8, 0x05, 0xFE, 0x07, 0x01}}) {
+    LinkBench bench;
+    bench.Arrive(cut, 15);
+    Bytes payload(3, 0x55);
+    EXPECT_FALSE(bench.Channel.ReceiveFrame(payload));
+    EXPECT_THAT(payload, ElementsAre(0x55, 0x55, 0x55));
+  }
 }
 
 TEST(ReceiveFrame, TakesSixBehindAnEscape) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <deque>
 #include <functional>
@@ -46,6 +47,14 @@ class FakeSerialPort final : public SerialPort {
     const std::uint8_t byte = input_.front();
     input_.pop_front();
     return byte;
+  }
+  std::size_t Read(std::span<std::uint8_t> room) override {
+    Check();
+    const std::size_t count = std::min(room.size(), input_.size());
+    const auto end = input_.begin() + static_cast<std::ptrdiff_t>(count);
+    std::copy(input_.begin(), end, room.begin());
+    input_.erase(input_.begin(), end);
+    return count;
   }
   std::vector<std::uint8_t> ReadAll() override {
     Check();
