@@ -4,30 +4,29 @@
 
 #include <functional>
 
-#include "app/MainActions.h"
 #include "app/ScriptedLogger.h"
-#include "base/TextTable.h"
-#include "link/Comm.h"
-#include "session/PollLoop.h"
-#include "session/Session.h"
 #include "settings/config.h"
+#include "support/CoreRig.h"
 #include "support/FakeLogbook.h"
-#include "support/FakeMessageLoop.h"
-#include "support/FakeOutside.h"
-#include "support/FakeSerialPort.h"
 
 namespace tessmar::test {
 
+struct AppOutside : CoreOutside {
+  FakeClock Clock;
+  FakeLogbook Book;
+};
+
 /// Everything behind the main window, in virtual time, with a logger called "Pond 7" on the line.
 /// The connection dialog connects by itself, directly, to COM1.
-struct AppParts {
-  AppParts() {
-    SetTextLanguage(kLanguageEnglish);
-    Link.TrapErrors = true;
-    Link.AnalogChannelCount = 8;
-    Link.PulseChannelCount = 2;
-    Link.ModemTimeoutTicks = 4;
-    Poll.SetUnderConstruction(false);
+struct AppParts : AppOutside, JoinedCore {
+  AppParts()
+      : JoinedCore(*this, Clock, Book, [this] { Dialog(); },
+                   {[this] { ++HistoryShown; },
+                    [this] {
+                      ++SetupShown;
+                      SetupScreen();
+                    },
+                    [this] { ++ImportShown; }}) {
     Loop.OnTick = [this] {
       Poll.Timer1Tick();
       if (Timer2Runs) Poll.Timer2Tick();
@@ -97,45 +96,13 @@ struct AppParts {
     Actions.ResetPulseAccumulators();
   }
 
-  LinkState Link;
-  LoggerSettings Settings;
-  LiveRing Ring;
-  FakeMainScreen Screen;
-  FakeMessages Messages;
-  FakeClock Clock;
-  FakeLogbook Book;
-  FakeMessageLoop Loop{Link};
-  FakeSerialPort Port;
   ScriptedLogger Logger{Port};
-  SystemLocale Locale{QLocale(QLocale::English, QLocale::UnitedStates)};
   bool Timer2Runs = true;
   int HistoryShown = 0;
   int SetupShown = 0;
   int ImportShown = 0;
   std::function<void()> Dialog = [this] { ConnectDirectly(); };
   std::function<void()> SetupScreen = [] {};
-
-  Comm Line{Port, Loop, Link};
-  LoggerCommands Commands{Line, Link, Clock, Locale};
-  LiveDisplay Display{Link, Settings, Ring, Screen, Locale};
-  Programming Configuration{Commands, Link, Settings, Display};
-  ConnectionWords Words{QStringLiteral("Connect"), QStringLiteral("Disconnect"),
-                        QStringLiteral("Connected"), QStringLiteral("Disconnected")};
-  LiveLogger Live{Link, Settings, Commands, Configuration, Display, Book};
-  PollLoop Poll{Live, Screen, Loop, Words};
-  Session TheSession{Live, Line, Poll, Screen, Messages, Loop, [this] { Dialog(); }};
-  MainActions Actions{Live,
-                      TheSession,
-                      Poll,
-                      Screen,
-                      Messages,
-                      Loop,
-                      {[this] { ++HistoryShown; },
-                       [this] {
-                         ++SetupShown;
-                         SetupScreen();
-                       },
-                       [this] { ++ImportShown; }}};
 };
 
 class AppRig : public testing::Test, protected AppParts {};

@@ -105,7 +105,9 @@ class ScriptedLogger {
     for (std::size_t i = 2; i + 1 < frame.size(); ++i) {
       payload.push_back(frame[i] == 0xFE ? static_cast<std::uint8_t>(frame[++i] + 0xF8) : frame[i]);
     }
-    payload.resize(payload.size() - 2);
+    // The check value, by bytes: of resize the compiler believes that it may grow without an end.
+    payload.pop_back();
+    payload.pop_back();
     return payload;
   }
 

@@ -6,21 +6,13 @@
 #include <optional>
 #include <utility>
 
-#include "app/MainActions.h"
 #include "archive/Journal.h"
-#include "base/TextTable.h"
 #include "history/GetHistoryData.h"
 #include "history/PullHistory.h"
-#include "link/Comm.h"
 #include "link/ConnectOperation.h"
 #include "link/ModemDialogue.h"
-#include "session/PollLoop.h"
-#include "session/Session.h"
 #include "session/StatusLine.h"
-#include "settings/config.h"
-#include "support/FakeMessageLoop.h"
-#include "support/FakeOutside.h"
-#include "support/FakeSerialPort.h"
+#include "support/CoreRig.h"
 
 namespace tessmar::test {
 
@@ -36,29 +28,35 @@ class LoopClock final : public Clock {
   QDateTime start_{QDate(2026, 6, 15), QTime(14, 30), Qt::UTC};
 };
 
-/// The program without its windows, in virtual time and with its archive: what the program joins,
-/// joined likewise. Only port, loop, clock, screen and messages are stand-ins.
-class ProgramCore {
- public:
-  /// @param archive  the file. @param room  records that an upload may have.
-  explicit ProgramCore(const QString& archive, std::int32_t room = 5000)
+struct ProgramOutside : CoreOutside {
+  ProgramOutside(const QString& archive, std::int32_t room)
       : History(room),
         Keeper(archive, {.Link = Link,
                          .Settings = Settings,
                          .Time = Time,
                          .Source = [] { return QStringLiteral("COM1"); },
-                         .Program = QStringLiteral("proof")}) {
-    SetTextLanguage(kLanguageEnglish);
-    Link.TrapErrors = true;
-    Link.AnalogChannelCount = kAnalogChannels;
-    Link.PulseChannelCount = kPulseChannels;
-    Link.ModemTimeoutTicks = 4;
-    Poll.SetUnderConstruction(false);
+                         .Program = QStringLiteral("proof")}) {}
+
+  LoopClock Time{Loop};
+  HistoryBuffer History;
+  Journal Keeper;
+};
+
+/// The program without its windows, in virtual time and with its archive: what the program joins,
+/// joined likewise. Only port, loop, clock, screen and messages are stand-ins.
+class ProgramCore : public ProgramOutside, public JoinedCore {
+ public:
+  /// @param archive  the file. @param room  records that an upload may have.
+  explicit ProgramCore(const QString& archive, std::int32_t room = 5000)
+      : ProgramOutside(archive, room),
+        JoinedCore(*this, Time, Keeper,
+                   [this] {
+                     Dialog.Run({byModem_, QStringLiteral("COM1"), QStringLiteral("9600")});
+                   },
+                   {[this] { GetHistory(); }, [this] { SetupScreen(); }, [] {}}) {
     Poll.KeepSamples(Keeper);
     Loop.OnTick = [this] { Tick(); };
   }
-  ProgramCore(const ProgramCore&) = delete;
-  ProgramCore& operator=(const ProgramCore&) = delete;
 
   /// Connects, over a modem where there is one. @return true when there is a session.
   bool Connect(bool byModem) {
@@ -82,43 +80,14 @@ class ProgramCore {
     return Keeper.IsIdle();
   }
 
-  LinkState Link;
-  LoggerSettings Settings;
-  LiveRing Ring;
-  FakeMainScreen Screen;
-  FakeMessages Messages;
-  FakeMessageLoop Loop{Link};
-  LoopClock Time{Loop};
-  FakeSerialPort Port;
-  SystemLocale Locale{QLocale(QLocale::English, QLocale::UnitedStates)};
-  HistoryBuffer History;
-  Journal Keeper;
   std::optional<HistoryUpload> Upload;  ///< The last one.
   std::function<void()> AfterTick = [] {};
   qint64 MessagesShown = 0;
 
-  Comm Line{Port, Loop, Link};
-  LoggerCommands Commands{Line, Link, Time, Locale};
-  LiveDisplay Display{Link, Settings, Ring, Screen, Locale};
-  Programming Configuration{Commands, Link, Settings, Display};
-  ConnectionWords Words{QStringLiteral("Connect"), QStringLiteral("Disconnect"),
-                        QStringLiteral("Connected"), QStringLiteral("Disconnected")};
-  LiveLogger Live{Link, Settings, Commands, Configuration, Display, Keeper};
-  PollLoop Poll{Live, Screen, Loop, Words};
   StatusLine Status{Link, Settings, Locale, Screen, [this] { return Keeper.RecordsNotArchived(); }};
   ConnectionSettings Connection;
   ConnectOperation Dialog{
       Line, Commands, Link, Connection, Messages, Screen, [this] { return ConnectOverModem(); }};
-  Session TheSession{Live, Line, Poll, Screen, Messages, Loop, [this] {
-                       Dialog.Run({byModem_, QStringLiteral("COM1"), QStringLiteral("9600")});
-                     }};
-  MainActions Actions{Live,
-                      TheSession,
-                      Poll,
-                      Screen,
-                      Messages,
-                      Loop,
-                      {[this] { GetHistory(); }, [this] { SetupScreen(); }, [] {}}};
   /// What is done in the setup screen.
   std::function<void()> SetupScreen = [] {};
 
