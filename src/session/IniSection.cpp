@@ -133,6 +133,11 @@ class ValueReader {
       element_ += QLatin1Char(character);
       return;
     }
+    // The value goes on behind a line's end, of which two different characters are one.
+    if (IsLineEnd(code)) {
+      if (place_ < bytes_.size() && IsLineEnd(bytes_[place_]) && bytes_[place_] != code) ++place_;
+      return;
+    }
     constexpr int kHex = 16;
     constexpr int kOctal = 8;
     if (code == 'x') TakeNumber(kHex);

@@ -45,6 +45,27 @@ TEST(IniSection, KeepsAByteOrderMarkInAText) {
   EXPECT_EQ(ReadIniSection(merged, "Other"), (IniValues{{u"Port"_s, u"x"_s}}));
 }
 
+TEST(IniSection, KeepsANulAndWhatLooksLikeAType) {
+  const IniValues values{{u"I"_s, u"@Invalid()"_s},
+                         {u"N"_s, u"a"_s + QChar(QChar::Null) + u"7b-7"_s},
+                         {u"T"_s, u"@String(x)"_s}};
+  const QByteArray bytes = WithIniSection("", kSection, values);
+  EXPECT_EQ(bytes, "[Configuration]\nI=@@Invalid()\nN=@String(a\\0\\x37\\x62-7)\nT=@@String(x)\n");
+  EXPECT_EQ(ReadIniSection(bytes, kSection), values);
+}
+
+TEST(IniSection, ReadsTypesAsTextsAndLinesThatGoOn) {
+  EXPECT_EQ(ReadIniSection("[Configuration\nA=@Invalid()\nB=@ByteArray(x y)\nC=@Variant(z)\n"
+                           "D=a\\\r\nb\nE=@String(q\nF=a\\\nb",
+                           kSection),
+            (IniValues{{u"A"_s, u""_s},
+                       {u"B"_s, u"x y"_s},
+                       {u"C"_s, u"@Variant(z)"_s},
+                       {u"D"_s, u"ab"_s},
+                       {u"E"_s, u"@String(q"_s},
+                       {u"F"_s, u"ab"_s}}));
+}
+
 TEST(IniSection, GivesUpAFileFromWhichItCouldNotReadAgain) {
   EXPECT_EQ(
       WithIniSection("a=\"never closed\n[Configuration]\nA=1\n", kSection, {{u"A"_s, u"2"_s}}),
@@ -94,6 +115,19 @@ TEST_F(IniSectionAndQSettings, ReadsWhatQSettingsWrote) {
     const IniValues read = ReadIniSection(file.readAll(), kSection);
     for (auto value = values.cbegin(); value != values.cend(); ++value)
       ASSERT_EQ(read[value.key()], *value);
+  }
+}
+
+TEST_F(IniSectionAndQSettings, ReadsALineThatGoesOnAsQSettingsDoes) {
+  for (const QByteArray& end : {QByteArray("\n"), QByteArray("\r\n"), QByteArray("\r")}) {
+    const QByteArray bytes = "[Configuration]\nPath=a\\" + end + "b\n";
+    const QString path = NewPath();
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.write(bytes);
+    file.close();
+    EXPECT_EQ(QSettings(path, QSettings::IniFormat).value(u"Configuration/Path"_s), u"ab"_s);
+    EXPECT_EQ(ReadIniSection(bytes, kSection).value(u"Path"_s), u"ab"_s);
   }
 }
 
