@@ -12,12 +12,10 @@
 #include <QSettings>
 #include <QTemporaryDir>
 #include <QTimer>
-#include <csignal>
 #include <memory>
 #include <utility>
 
 #include "base/Fault.h"
-#include "base/TerminationSignals.h"
 #include "base/TextTable.h"
 
 namespace tessmar {
@@ -300,25 +298,6 @@ TEST_F(ProgramStart, EndsWithTheSessionOfTheDesktopUnderAnyDialog) {
   });
   EXPECT_EQ(QApplication::exec(), 0);
   EXPECT_TRUE(QFile::exists(StorePath()));
-}
-
-TEST(TerminationSignals, LeaveASignalIgnoredThatWasIgnoredBefore) {
-  struct sigaction before = {};
-  sigaction(SIGHUP, nullptr, &before);
-  std::signal(SIGHUP, SIG_IGN);
-  int told = 0;
-  {
-    const TerminationSignals signals([&told] { ++told; });
-    std::raise(SIGHUP);
-    QCoreApplication::processEvents();
-    std::raise(SIGTERM);
-    QCoreApplication::processEvents();
-  }
-  struct sigaction after = {};
-  sigaction(SIGHUP, nullptr, &after);
-  EXPECT_EQ(after.sa_handler, SIG_IGN);
-  EXPECT_EQ(told, 1);
-  sigaction(SIGHUP, &before, nullptr);
 }
 
 }  // namespace

@@ -85,6 +85,20 @@ TEST_F(LastSettings, CanBeThoseOfAnUploadButNotOfAnImportedFile) {
   EXPECT_EQ(Known().left(1), u"b"_s);
 }
 
+TEST_F(LastSettings, AreThoseOfAnUploadThatIsNotInTheFileYet) {
+  Program('a');
+  Pass(60000);
+  journal_->Begin({.Kind = UploadKind::Image, .Source = u"old.bin"_s});
+  Take({24});
+  journal_->End(UploadEnd::Complete);
+  EXPECT_EQ(Known(), u"a programmed 2027-03-03T12:00:00Z"_s) << "an imported file tells nothing";
+  journal_->Begin({.Promised = 24});
+  Take({24});
+  EXPECT_EQ(Known(), u"P uploaded 2027-03-03T12:01:00Z"_s);
+  settings_.LoggerName = u"Weir"_s;
+  EXPECT_EQ(Known(), QString()) << "another logger's";
+}
+
 TEST_F(LastSettings, EndWithAnInitialisation) {
   Program('a');
   Pass(60000);

@@ -298,33 +298,5 @@ TEST_F(ExportFromArchive, CancelInTheSaveDialogDoesNothing) {
   EXPECT_TRUE(messages_.All.empty());
 }
 
-TEST_F(ExportFromArchive, StoppedInTheMiddleTheFileIsAsItWas) {
-  const qint64 long_ = store_.SeeLogger(u"Long"_s, 12, 3, Hour(1));
-  std::vector<int> records;
-  for (int i = 0; i < 10000; ++i) records.push_back(i % 3600);
-  {
-    Transaction transaction(store_);
-    AddUpload(store_, long_, Hour(14), records);
-    transaction.Commit();
-  }
-  const QString file = folder_.filePath(u"a.csv"_s);
-  for (const ExportWish& wish : {ExportWish{.ArchivePath = Path(), .Upload = 4},
-                                 ExportWish{.ArchivePath = Path(), .Logger = long_}}) {
-    for (const ExportKind kind : {ExportKind::ViewerCsv, ExportKind::NetCdf}) {
-      QFile old(file);
-      ASSERT_TRUE(old.open(QIODevice::WriteOnly));
-      old.write("yesterday's");
-      old.close();
-      ExportState state;
-      state.Stop = true;
-      const ExportResult result = RunExport(
-          wish, file, {.Kind = kind, .Locale = locale_, .Saved = Hour(20), .Program = u"test"_s},
-          state);
-      EXPECT_TRUE(result.Stopped);
-      EXPECT_EQ(Content(file), "yesterday's");
-    }
-  }
-}
-
 }  // namespace
 }  // namespace tessmar::test

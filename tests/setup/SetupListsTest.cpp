@@ -47,6 +47,17 @@ TEST_F(SetupListsTest, PositionsAreTheStoredNumbers) {
                                                  u"mmHg"_s, u"PSI"_s, u"feet"_s, u"meters"_s}));
 }
 
+TEST_F(SetupListsTest, ListsWithoutWordsAreTheSameInEveryLanguage) {
+  for (const auto language : {kLanguageEnglish, kLanguageGerman}) {
+    SetTextLanguage(language);
+    EXPECT_EQ(AlarmHalfDayItems(), (QStringList{u"A.M."_s, u"P.M."_s}));
+    EXPECT_EQ(PO2UnitItems(), (QStringList{u"hPa"_s, u"mbar"_s}));
+    EXPECT_EQ(WaterTempUnitItems(), (QStringList{u"Temp C"_s, u"Temp F"_s}));
+    EXPECT_EQ(ConductivityUnitItems(), (QStringList{u"uS/cm"_s, u"mS/cm"_s}));
+    EXPECT_EQ(O2ConcentrationUnitItems(), (QStringList{u"mg/L"_s, u"ppm"_s}));
+  }
+}
+
 TEST_F(SetupListsTest, NoDoChannelIsEverEight) {
   const QStringList seven{u"1"_s, u"2"_s, u"3"_s, u"4"_s, u"5"_s, u"6"_s, u"7"_s};
   EXPECT_EQ(DoChannelItems(8), seven);
