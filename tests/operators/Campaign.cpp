@@ -29,6 +29,9 @@ constexpr int kLongestAnswerMs = 20000;
 constexpr int kLongestRestMs = 150000;
 constexpr int kLongestEndMs = 20000;
 constexpr int kStepsToARest = 120;
+/// One in so many looks at an export that runs ends the program: it is soon over, and the end in
+/// its middle would hardly ever come by otherwise.
+constexpr int kEndsOfExport = 12;
 
 void Pause(int milliseconds) {
   QThread::msleep(static_cast<unsigned long>(milliseconds));
@@ -169,6 +172,10 @@ bool Campaign::Step() {
     Do();
   }
   Look();
+  if (random.OneIn(kEndsOfExport) && ExportRuns()) {
+    EndLife(random.OneIn(2) ? End::Signal : End::Window);
+    return false;
+  }
   static constexpr int kPauses[] = {0, 0, 0, 5, 20, 60};
   Pause(random.OneOf(kPauses));
   return true;
@@ -184,6 +191,16 @@ void Campaign::Do() {
   Note(deed.Told);
   Post(deed.Do);
   Pause(deed.WaitMs);
+}
+
+bool Campaign::ExportRuns() {
+  bool runs = false;
+  Ask([&] {
+    const QWidget* modal = over_ ? nullptr : QApplication::activeModalWidget();
+    runs = modal != nullptr && modal->objectName() == "frmExport"_L1;
+  });
+  if (runs) ++exportsEnded_;
+  return runs;
 }
 
 void Campaign::Look() {
@@ -311,6 +328,10 @@ void Campaign::CheckAfterLife() {
     const QStringList complaints = store.IntegrityComplaints();
     if (!complaints.isEmpty()) throw Finding(u"the archive: "_s + complaints.join(u", "_s));
   }
+  // What was being written when the program ended is taken away: it was asked to end, not killed.
+  const QStringList unfinished =
+      QDir(Path(u"program"_s)).entryList({u".tessmar-*"_s}, QDir::AllEntries | QDir::Hidden);
+  if (!unfinished.isEmpty()) throw Finding(u"left behind: "_s + unfinished.join(u", "_s));
   const Holdings present = HoldingsOfProcess();
   Note(u"a life has ended: %1 threads, %2 descriptors"_s.arg(present.Threads.size())
            .arg(present.Descriptors.size()));
@@ -332,6 +353,7 @@ QStringList Campaign::Report() const {
       u"rests %1"_s.arg(rests_),
       u"signals %1"_s.arg(signals_),
       u"disturbances %1"_s.arg(disturbances_),
+      u"ends in an export %1"_s.arg(exportsEnded_),
       u"longest answer %1 ms"_s.arg(longestAnswerMs_),
       u"longest rest %1 ms"_s.arg(longestRestMs_),
   };

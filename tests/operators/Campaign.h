@@ -59,6 +59,7 @@ class Campaign {
   void Work();
   bool Step();
   void Do();
+  bool ExportRuns();
   void Look();
   void ComeToRest();
   void EndLife(End end);
@@ -102,6 +103,7 @@ class Campaign {
   int rests_ = 0;
   int signals_ = 0;
   int disturbances_ = 0;
+  int exportsEnded_ = 0;  ///< Programs that were ended while an export ran.
 };
 
 }  // namespace tessmar::test

@@ -1,13 +1,16 @@
 #include "operators/Sensible.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemModel>
 #include <QAction>
 #include <QComboBox>
 #include <QDialogButtonBox>
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPointer>
+#include <QTableView>
 #include <QTest>
+#include <QTreeView>
 
 #include "operators/Junk.h"
 
@@ -81,18 +84,54 @@ bool IsUsable(const QWidget& window, const QString& control) {
 
 /// Does something with a connected logger, connects otherwise, or looks at what was kept.
 Deed WorkMainWindow(QWidget& window, Random& random) {
-  QStringList wanted{u"mnuArchive"_s};
+  QStringList wanted{u"mnuArchive"_s, u"mnuArchive"_s};
   for (const QString& button : {u"cmdGetHistoryData"_s, u"cmdGetHistoryData"_s, u"cmdSetup"_s,
                                 u"cmdSetup"_s, u"chkSampleContinuously"_s}) {
     if (IsUsable(window, button)) wanted.append(button);
   }
-  if (wanted.size() == 1) wanted << u"cmdConnect"_s << u"cmdConnect"_s;
+  if (wanted.size() == 2) wanted << u"cmdConnect"_s << u"cmdConnect"_s;
   const QString name = random.OneOf(wanted);
   QPointer<QObject> control = window.findChild<QObject*>(name);
   return {u"uses "_s + name, [control] {
             if (auto* entry = qobject_cast<QAction*>(control.data())) entry->trigger();
             if (auto* button = qobject_cast<QAbstractButton*>(control.data())) button->click();
           }};
+}
+
+/// Exports the series of a logger, or one of the uploads.
+Deed Export(QWidget& window, Random& random) {
+  const auto* loggers = window.findChild<QTreeView*>(u"treeLoggers"_s);
+  const auto* uploads = window.findChild<QTableView*>(u"tblUploads"_s);
+  if (loggers == nullptr || uploads == nullptr || loggers->model()->rowCount() == 0) return {};
+  // The first logger is the one whose export takes its time.
+  const int logger = random.OneIn(2) ? 1 : random.Below(loggers->model()->rowCount());
+  const int place = random.OneIn(2) ? random.Below(1000) : -1;
+  QPointer<QWidget> target(&window);
+  return {u"exports %1 of row %2"_s.arg(place < 0 ? u"the series"_s : u"an upload"_s).arg(logger),
+          [=] {
+            if (target.isNull()) return;
+            auto* tree = target->findChild<QTreeView*>(u"treeLoggers"_s);
+            auto* table = target->findChild<QTableView*>(u"tblUploads"_s);
+            auto* go = target->findChild<QAbstractButton*>(u"cmdExport"_s);
+            if (tree == nullptr || table == nullptr || go == nullptr) return;
+            tree->setCurrentIndex(tree->model()->index(logger, 0));
+            table->clearSelection();
+            if (const int rows = table->model()->rowCount(); place >= 0 && rows > 0)
+              table->selectRow(place % rows);
+            go->click();
+          }};
+}
+
+/// What somebody does who sees how far an export is: cancels, leaves, or waits for it.
+Deed AwaitExport(QWidget& window, Random& random) {
+  switch (random.Below(4)) {
+    case 0:
+      return ClickButton({&window}, random);
+    case 1:
+      return Leave(window, random);
+    default:
+      return LetItGoOn(window, random);
+  }
 }
 
 }  // namespace
@@ -115,13 +154,15 @@ Deed Sensible(const Windows& reach, Random& random) {
   const QString name = window->objectName();
   const bool works = (name == "frmConnect"_L1 && !IsUsable(*window, u"cmdConnect"_s)) ||
                      (name == "frmGetHistoryData"_L1 && !IsUsable(*window, u"cmdOkay"_s)) ||
-                     name == "frmExport"_L1 || name == "frmModem"_L1;
+                     name == "frmModem"_L1;
   if (name == "dlgPrint"_L1) return Leave(*window, random);
   if (works && !random.OneIn(8)) return LetItGoOn(*window, random);
   if (name == "frmConnect"_L1) return random.OneIn(5) ? Call(*window) : ConnectDirectly(*window);
   if (auto* dialog = qobject_cast<QFileDialog*>(window)) return NameFile(*dialog, random);
   if (random.OneIn(4)) return TriggerEntry(reach, random);
   if (name == "frmMain"_L1) return WorkMainWindow(*window, random);
+  if (name == "frmExport"_L1) return AwaitExport(*window, random);
+  if (name == "frmArchive"_L1 && !random.OneIn(4)) return Export(*window, random);
   return ClickButton(reach, random);
 }
 

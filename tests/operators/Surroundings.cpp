@@ -4,11 +4,15 @@
 #include <QFile>
 #include <QProcess>
 #include <QSettings>
+#include <QUuid>
 #include <stdexcept>
 
 #ifdef Q_OS_UNIX
 #include <sys/stat.h>
 #endif
+
+#include "archive/Store.h"
+#include "settings/config.h"
 
 namespace tessmar::test {
 
@@ -16,10 +20,82 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
+/// So many that their export takes long enough for somebody to press something.
+constexpr int kRecordsOfYears = 60000;
+
 void WriteFile(const QString& path, const QByteArray& content) {
   QFile file(path);
   if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
     throw std::runtime_error("no file at " + path.toStdString());
+}
+
+/// A record each quarter of an hour from 1 January 2024 on, of months of 28 days.
+std::uint32_t StampOfRecord(int record) {
+  const int day = record / 96;
+  const int month = day / 28;
+  return static_cast<std::uint32_t>((24 * 12 + month) << 22 | (day % 28 + 1) << 17 |
+                                    record % 96 / 4 << 12 | record % 4 * 15 << 6);
+}
+
+QByteArray SettingsOfYears() {
+  LinkState link;
+  link.AnalogChannelCount = kAnalogChannels;
+  link.PulseChannelCount = kPulseChannels;
+  LoggerSettings settings;
+  LoadDefaultSettings(settings, kAnalogChannels);
+  settings.LoggerName = u"Weir of years"_s;
+  for (AnalogChannelSettings& channel : settings.Analog) {
+    channel.Enable = 1;
+    channel.DecPlaces = 3;
+    channel.RawScaleUpper = 65535;
+    channel.UpperLimit = 100;
+  }
+  ConfigImage image;
+  PackConfigImage(link, settings, image);
+  return {reinterpret_cast<const char*>(image.data()), static_cast<qsizetype>(image.size())};
+}
+
+void AddUploadOfYears(Store& store, qint64 logger, const QByteArray& settings, int first,
+                      Random& random) {
+  constexpr int kWords = kAnalogChannels + kPulseChannels;
+  const QDateTime started(QDate(2026, 1, first == 0 ? 1 : 2), QTime(12, 0), Qt::UTC);
+  const qint64 upload = store.AddUpload({.Uuid = QUuid::createUuid().toString(QUuid::WithoutBraces),
+                                         .LoggerId = logger,
+                                         .Started = started,
+                                         .Ended = started.addSecs(600),
+                                         .State = UploadState::Complete,
+                                         .Promised = kRecordsOfYears,
+                                         .Records = kRecordsOfYears,
+                                         .Settings = settings,
+                                         .Analog = kAnalogChannels,
+                                         .Pulse = kPulseChannels,
+                                         .Program = u"operators"_s});
+  QSqlQuery insert =
+      store.Prepare(u"INSERT INTO record (upload_id, number, stamp, raw) VALUES (?, ?, ?, ?)"_s);
+  insert.bindValue(0, upload);
+  QByteArray words(qsizetype{2} * kWords, '\0');
+  for (int i = 0; i < kRecordsOfYears; ++i) {
+    // Of two uploads some of the records that both have disagree.
+    for (char& byte : words) byte = static_cast<char>(i * 7);
+    if (random.OneIn(1000)) words[0] = static_cast<char>(random.Below(256));
+    insert.bindValue(1, i + 1);
+    insert.bindValue(2, StampOfRecord(first + i));
+    insert.bindValue(3, words);
+    Store::Execute(insert);
+  }
+}
+
+/// A logger of which an export takes its time, as an upload and as a series of two.
+void FillArchive(const QString& path, Random& random) {
+  Store store(path);
+  store.Open(Store::Access::Write);
+  Transaction transaction(store);
+  const QDateTime seen(QDate(2026, 1, 1), QTime(12, 0), Qt::UTC);
+  const qint64 logger = store.SeeLogger(u"Weir of years"_s, 12, 52, seen);
+  const QByteArray settings = SettingsOfYears();
+  for (const int first : {0, kRecordsOfYears / 6})
+    AddUploadOfYears(store, logger, settings, first, random);
+  transaction.Commit();
 }
 
 }  // namespace
@@ -73,6 +149,7 @@ void FillDesk(const QString& folder, const QString& simulator, quint64 seed) {
 #endif
   QFile::link(path(u"program/nothing"_s), path(u"program/nowhere.csv"_s));
   QFile::link(path(u"program/circle.csv"_s), path(u"program/circle.csv"_s));
+  FillArchive(path(u"archive.sqlite"_s), random);
   QSettings store(path(u"store.ini"_s), QSettings::IniFormat);
   store.setValue(u"Configuration/DirectPort"_s, u"COM9"_s);
   store.setValue(u"Configuration/DirectBaud"_s, u"115200"_s);
