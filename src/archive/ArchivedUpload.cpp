@@ -46,6 +46,13 @@ std::int32_t ClearingsBefore(const std::vector<EventRow>& events, const QDateTim
   }));
 }
 
+// Nobody knows what the records of an upload without settings mean, nor always whose they are.
+bool HasSettings(const Store& store, qint64 upload) {
+  return store
+      .Run(QStringLiteral("SELECT 1 FROM upload WHERE id = ? AND settings IS NOT NULL"), {upload})
+      .next();
+}
+
 // Brings the records of an image file into the logger's order where that is known.
 void BeginWithOldest(const Store& store, const UploadRow& row, std::vector<std::uint8_t>& bytes) {
   const std::optional<UploadRow> whole = store.Upload(row.Id);
@@ -89,7 +96,10 @@ ArchivedUpload LoadUpload(const Store& store, qint64 upload) {
   archived.Link.AnalogChannelCount = static_cast<std::int16_t>(row->Analog);
   archived.Link.PulseChannelCount = static_cast<std::int16_t>(row->Pulse);
   archived.Settings = SettingsOfImage(row->Settings, row->Analog, row->Pulse);
-  archived.LoggerName = archived.Settings.LoggerName;
+  archived.SettingsKnown = !row->Settings.isEmpty();
+  archived.LoggerName = archived.SettingsKnown
+                            ? archived.Settings.LoggerName
+                            : store.Logger(row->LoggerId).value_or(LoggerRow()).Name;
   archived.Records = std::make_unique<HistoryBuffer>();
   ForEachSample(store, *row, [&](const LiveSample& sample) {
     if (archived.Records->IsFull()) {
@@ -108,7 +118,7 @@ ArchivedSeries LoadSeries(const Store& store, qint64 logger, const LoadProgress&
   const std::vector<EventRow> events = store.Events(logger);
   std::int64_t read = 0;
   for (const UploadRow& row : rows) {
-    if (row.Kind == UploadKind::Live || row.Records == 0) continue;
+    if (row.Kind == UploadKind::Live || row.Records == 0 || !HasSettings(store, row.Id)) continue;
     const int size = RecordSize(row.Analog, row.Pulse);
     std::vector<std::uint8_t>& bytes = series.Bytes.emplace_back();
     // The number is what the row says; any program may have written it.

@@ -20,7 +20,8 @@ struct ArchivedUpload {
   LoggerSettings Settings;
   LinkState Link;  ///< Has the channel counts of its records, and is not connected.
   std::unique_ptr<HistoryBuffer> Records;
-  bool Cut = false;  ///< The upload has more records than the viewer holds.
+  bool SettingsKnown = true;  ///< Otherwise no channel is on.
+  bool Cut = false;           ///< The upload has more records than the viewer holds.
 };
 
 /// Reads an upload; one that is not ended has the records of its blocks. Throws ArchiveFault, and

@@ -85,8 +85,9 @@ std::vector<CalibrationRow> CalibrationsIn(const std::vector<EventRow>& events) 
   std::vector<CalibrationRow> rows;
   for (const EventRow& event : events) {
     const LogbookEntry& entry = event.Entry;
-    if (entry.Kind != EventKind::Calibrated || entry.Before.size() != kConfigImageSize ||
-        entry.After.size() != kConfigImageSize)
+    // What was there before may not have been read.
+    const bool hasBefore = entry.Before.isEmpty() || entry.Before.size() == kConfigImageSize;
+    if (entry.Kind != EventKind::Calibrated || !hasBefore || entry.After.size() != kConfigImageSize)
       continue;
     const LoggerSettings before = SettingsOfImage(entry.Before, kAnalogChannels, kPulseChannels);
     const LoggerSettings after = SettingsOfImage(entry.After, kAnalogChannels, kPulseChannels);

@@ -8,8 +8,6 @@
 
 #include "archive/ArchiveTexts.h"
 #include "archive/LastSettings.h"
-#include "archive/ProcessOwner.h"
-#include "settings/config.h"
 
 namespace tessmar {
 namespace {
@@ -47,13 +45,6 @@ UploadState StateOf(UploadEnd end) {
   return UploadState::Failed;
 }
 
-QByteArray ImageOf(const LinkState& link, const LoggerSettings& settings) {
-  ConfigImage image;
-  PackConfigImage(link, settings, image);
-  image.resize(kConfigImageSize);
-  return {reinterpret_cast<const char*>(image.data()), static_cast<qsizetype>(image.size())};
-}
-
 }  // namespace
 
 Journal::Journal(const QString& path, JournalContext context)
@@ -63,30 +54,10 @@ KeptUpload* Journal::Running() {
   return start_ && !queue_.Uploads.empty() ? &queue_.Uploads.back() : nullptr;
 }
 
-LoggerName Journal::ConnectedLogger() const {
-  return {context_.Settings.LoggerName, context_.Link.LoggerModelCode,
-          context_.Link.FirmwareVersion};
-}
-
 void Journal::Begin(const UploadStart& start) {
   if (Path().isEmpty()) return;
   if (start_) End(UploadEnd::Failed);
-  const bool image = start.Kind == UploadKind::Image;
-  const LinkState& link = context_.Link;
-  KeptUpload upload{
-      .Row = {.Uuid = NewUuid(),
-              .Kind = start.Kind,
-              .Started = context_.Time.Now().toUTC(),
-              .Owner = OwnOwner(),
-              .Promised = start.Promised,
-              .Settings = ImageOf(link, context_.Settings),
-              .Analog = link.AnalogChannelCount,
-              .Pulse = link.PulseChannelCount,
-              .ClockOffsetS = image ? std::nullopt : link.ClockOffsetS,
-              .Source = image ? start.Source : context_.Source(),
-              .Program = context_.Program},
-      .Logger = image ? LoggerName{context_.Settings.LoggerName, {}, {}} : ConnectedLogger(),
-      .Settings = context_.Settings};
+  KeptUpload upload = BeginningUpload(context_, start);
   last_ = {.Uuid = upload.Row.Uuid};
   told_ = false;
   queue_.Uploads.push_back(std::move(upload));
@@ -155,7 +126,7 @@ void Journal::Note(const LogbookEntry& entry) {
   if (Path().isEmpty()) return;
   queue_.Events.push_back(
       {.Row = {.Uuid = NewUuid(), .At = context_.Time.Now().toUTC(), .Entry = entry},
-       .Logger = ConnectedLogger()});
+       .Logger = ConnectedLogger(context_)});
   if (waitsSince_ < 0) waitsSince_ = context_.Time.SteadyMs();
 }
 
@@ -165,7 +136,8 @@ std::optional<KnownSettings> Journal::LastSettings() {
   Try([&] {
     const bool isThere = writer_.IsOpen() || QFileInfo::exists(writer_.Path());
     if (isThere) writer_.Open();
-    known = FindLastSettings(isThere ? &writer_.Reader() : nullptr, queue_, ConnectedLogger());
+    known =
+        FindLastSettings(isThere ? &writer_.Reader() : nullptr, queue_, ConnectedLogger(context_));
   });
   return known;
 }
@@ -301,11 +273,11 @@ JournalUpload Journal::LastUpload() const {
 }
 
 std::optional<std::int32_t> Journal::RecordsNotArchived() {
-  if (Path().isEmpty()) return std::nullopt;
-  const LinkState& link = context_.Link;
+  const LoggerSettings* settings = KnownSettingsOf(context_);
+  if (Path().isEmpty() || settings == nullptr) return std::nullopt;
+  const LinkState link = OwnShape(context_);
   const int size = RecordSize(link.AnalogChannelCount, link.PulseChannelCount);
-  if (context_.Settings.DataWrapAroundFlag != 0 &&
-      link.RecordCount >= kDataPages * RecordsPerArea(size))
+  if (settings->DataWrapAroundFlag != 0 && link.RecordCount >= kDataPages * RecordsPerArea(size))
     return std::nullopt;
   std::optional<std::int32_t> archived;
   if (!writer_.IsOpen() && !QFileInfo::exists(writer_.Path())) {
@@ -321,19 +293,20 @@ std::optional<std::int32_t> Journal::RecordsNotArchived() {
 }
 
 std::int32_t Journal::RecordsArchived() {
-  const LoggerName name = ConnectedLogger();
+  const LoggerName name = ConnectedLogger(context_);
   const std::optional<LoggerRow> logger = writer_.Reader().LoggerFor(name.Name, name.Model);
   if (!logger) return 0;
   QSqlQuery longest = writer_.Reader().Run(
-      u"SELECT max(records) FROM upload WHERE logger_id = ? AND kind = 'history' AND started >"
-      " coalesce((SELECT max(at) FROM event WHERE logger_id = ?"
+      u"SELECT max(records) FROM upload WHERE logger_id = ? AND kind = 'history'"
+      " AND settings IS NOT NULL AND started > coalesce((SELECT max(at) FROM event WHERE logger_id "
+      "= ?"
       " AND kind IN ('cleared', 'initialized')), '')"_s,
       {logger->Id, logger->Id});
   std::int32_t records = longest.next() ? longest.value(0).toInt() : 0;
   // Uploads whose records are still on their way into the file.
   for (const KeptUpload& kept : queue_.Uploads) {
-    if (kept.Row.Kind == UploadKind::History && kept.Logger.Name == name.Name &&
-        kept.Logger.Model == name.Model && kept.Row.Id != 0)
+    if (kept.Row.Kind == UploadKind::History && !kept.Row.Settings.isEmpty() &&
+        kept.Logger.Name == name.Name && kept.Logger.Model == name.Model && kept.Row.Id != 0)
       records = std::max(records, kept.RecordsOf(0, kept.Written));
   }
   return records;

@@ -7,26 +7,12 @@
 
 #include "archive/ArchiveWriter.h"
 #include "archive/IntegrityCheck.h"
+#include "archive/JournalContext.h"
 #include "archive/JournalQueue.h"
-#include "base/Clock.h"
 #include "base/Logbook.h"
 #include "history/BlockSink.h"
-#include "link/LinkState.h"
-#include "settings/LoggerSettings.h"
 
 namespace tessmar {
-
-/// What the journal knows of the logger and the program around it.
-struct JournalContext {
-  const LinkState& Link;
-  const LoggerSettings& Settings;
-  const Clock& Time;
-  std::function<QString()> Source;  ///< Of the connection: a port, a device, a number.
-  QString Program;                  ///< Its version.
-  /// Bytes of a damaged archive that are checked at once; what is larger is checked beside the
-  /// program's work, see IntegrityCheck.
-  qint64 MostToCheckAtOnce = qint64{16} * 1024 * 1024;
-};
 
 /// The upload that was told to the journal last.
 struct JournalUpload {
@@ -88,8 +74,9 @@ class Journal final : public BlockSink, public Logbook {
   std::optional<ArchiveTrouble> Trouble() const { return trouble_; }
 
   /// How many of the connected logger's records are not in the archive: those beyond its longest
-  /// upload since its memory was cleared. Nothing where nobody can tell: the archive cannot be read
-  /// now, or the logger has begun to overwrite its oldest records.
+  /// upload with settings since its memory was cleared. Nothing where nobody can tell: the archive
+  /// cannot be read now, the logger's settings could not be, or it has begun to overwrite its
+  /// oldest records.
   std::optional<std::int32_t> RecordsNotArchived();
 
   /// What the operator should know after an upload, each thing once, in the language of the texts:
@@ -106,7 +93,6 @@ class Journal final : public BlockSink, public Logbook {
 
  private:
   KeptUpload* Running();
-  LoggerName ConnectedLogger() const;
   void NoteUploaded(const KeptUpload& upload);
   std::int32_t RecordsArchived();
   bool Try(const std::function<void()>& work);

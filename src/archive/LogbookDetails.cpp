@@ -37,12 +37,14 @@ constexpr std::array kSentences{
     Sentence{u"flash memory initialised", u"Speicher initialisiert"},
     Sentence{u"1 setting changed", u"1 Einstellung geändert"},
     Sentence{u"@ settings changed", u"@ Einstellungen geändert"},
+    Sentence{u"the settings before could not be read", u"die Einstellungen davor waren nicht lesbar"},
     Sentence{u"@ records, complete", u"@ Datensätze, vollständig"},
     Sentence{u"@ records, full", u"@ Datensätze, Puffer voll"},
     Sentence{u"@ records, cancelled", u"@ Datensätze, abgebrochen"},
     Sentence{u"@ records, failed", u"@ Datensätze, gescheitert"},
     Sentence{u"@ records, interrupted", u"@ Datensätze, unterbrochen"},
     Sentence{u"Channel @ (@): @ at @, @ at @; before: @ at @, @ at @", u"Kanal @ (@): @ bei @, @ bei @; vorher: @ bei @, @ bei @"},
+    Sentence{u"Channel @ (@): @ at @, @ at @; before: unknown", u"Kanal @ (@): @ bei @, @ bei @; vorher: unbekannt"},
     Sentence{u"@; before: @", u"@; vorher: @"},
 };
 // clang-format on

@@ -89,6 +89,7 @@ constexpr std::array kRows{
     Row{Id::BinEmptied, u"The bin is empty", u"Der Papierkorb ist leer"},
     Row{Id::UploadTooLarge, u"Only the first %1 records of this upload fit into the viewer.", u"Nur die ersten %1 Datensätze dieses Abrufs passen in die Anzeige."},
     Row{Id::UploadEmpty, u"This upload has no records.", u"Dieser Abruf hat keine Datensätze."},
+    Row{Id::SettingsUnknown, u"The logger's settings could not be read before these records were taken, so that nobody can tell what their numbers mean. Their times are shown; the archive keeps the numbers as they came.", u"Die Einstellungen des Loggers waren nicht lesbar, bevor diese Datensätze kamen; was ihre Zahlen bedeuten, ist daher nicht bekannt. Gezeigt werden ihre Zeiten; das Archiv bewahrt die Zahlen auf, wie sie kamen."},
     Row{Id::ChangedElsewhere, u"Another program has changed the archive. What was chosen is there no more; the window shows what there is.", u"Ein anderes Programm hat das Archiv geändert. Das Gewählte ist nicht mehr da; das Fenster zeigt, was da ist."},
     Row{Id::NotRead, u"The archive cannot be read.", u"Das Archiv kann nicht gelesen werden."},
     Row{Id::NotChanged, u"The archive was not changed.", u"Das Archiv wurde nicht geändert."},

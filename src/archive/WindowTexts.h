@@ -83,6 +83,7 @@ enum class WindowTextId : std::uint8_t {
   BinEmptied,
   UploadTooLarge,
   UploadEmpty,
+  SettingsUnknown,
   ChangedElsewhere,
   NotRead,
   NotChanged,

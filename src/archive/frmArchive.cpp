@@ -250,6 +250,8 @@ std::optional<ArchivedUpload> frmArchive::Read() {
     parts_.Message.MsgBox(GetText(Id::UploadTooLarge).arg(HistoryBuffer::kCapacity), kInformation,
                           windowTitle());
   }
+  if (!upload->SettingsKnown && upload->Records->Count() > 0)
+    parts_.Message.MsgBox(GetText(Id::SettingsUnknown), kInformation, windowTitle());
   if (upload->Records->Count() > 0) return upload;
   parts_.Message.MsgBox(GetText(Id::UploadEmpty), kInformation, windowTitle());
   return std::nullopt;

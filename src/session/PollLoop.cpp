@@ -2,6 +2,7 @@
 
 #include <QScopeGuard>
 #include <QScopedValueRollback>
+#include <algorithm>
 #include <array>
 #include <span>
 #include <vector>
@@ -203,18 +204,23 @@ void PollLoop::RequestSample() {
 }
 
 void PollLoop::TakeSample(std::span<std::uint8_t, kSampleReplySize> reply) {
-  CompactSampleReply(reply, link_.AnalogChannelCount, link_.PulseChannelCount);
   if (link_.SampleContinuously) Keep(reply);
+  CompactSampleReply(reply, link_.AnalogChannelCount, link_.PulseChannelCount);
   LiveSample sample;
   DecodeRecord(link_, reply, 0, kSampleValues, sample);
   logger_.Display.PushLiveSample(sample);
 }
 
-void PollLoop::Keep(std::span<const std::uint8_t> compacted) {
+// With the channels of the logger itself, whatever the screens show.
+void PollLoop::Keep(std::span<const std::uint8_t, kSampleReplySize> reply) {
   if (sink_ == nullptr) return;
   if (!keeping_) sink_->Begin({.Kind = UploadKind::Live});
   keeping_ = true;
-  const int size = RecordSize(link_.AnalogChannelCount, link_.PulseChannelCount);
+  const LinkState own = WithOwnChannels(link_, logger_.Configuration.AsRead());
+  std::array<std::uint8_t, kSampleReplySize> compacted{};
+  std::ranges::copy(reply, compacted.begin());
+  CompactSampleReply(compacted, own.AnalogChannelCount, own.PulseChannelCount);
+  const int size = RecordSize(own.AnalogChannelCount, own.PulseChannelCount);
   std::vector<std::uint8_t> block{1};
   block.insert(block.end(), compacted.begin(), compacted.begin() + size);
   sink_->TakeBlock(block);

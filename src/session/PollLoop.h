@@ -69,7 +69,7 @@ class PollLoop {
   void RunSamplingStep();
   void RequestSample();
   void TakeSample(std::span<std::uint8_t, kSampleReplySize> reply);
-  void Keep(std::span<const std::uint8_t> compacted);
+  void Keep(std::span<const std::uint8_t, kSampleReplySize> reply);
 
   LiveLogger logger_;
   LinkState& link_;

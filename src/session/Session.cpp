@@ -44,7 +44,10 @@ void Session::Connect() {
     ForgetLogger();
     if (!link_.Connected) {
       showConnectDialog_();
-      if (link_.Connected) contact = MeetLogger();
+      if (link_.Connected) {
+        logger_.Configuration.BeginSession();
+        contact = MeetLogger();
+      }
     }
     if (contact == FirstContact::Abandoned) Leave();
   }

@@ -39,6 +39,10 @@ QString ScaleText(const AnalogChannelSettings& channel) {
 }  // namespace
 
 LogbookEntry ProgrammedEntry(const ConfigImage& before, const ConfigImage& after) {
+  if (before.empty())
+    return {.Kind = EventKind::Programmed,
+            .Text = u"the settings before could not be read"_s,
+            .After = Bytes(after)};
   const std::size_t count = ChangesBetween(before, after).size();
   return {.Kind = EventKind::Programmed,
           .Text = count == 1 ? u"1 setting changed"_s : u"%1 settings changed"_s.arg(count),
@@ -66,9 +70,9 @@ std::optional<LogbookEntry> CalibrationNotes::Take(const SetupControls& programm
     const Calibration::Texts shown{column.txtHighEU, column.txtHighRaw, column.txtLowEU,
                                    column.txtLowRaw};
     if (shown != found) continue;
+    const QString was = before.empty() ? u"unknown"_s : ScaleText(old.Analog.at(place));
     lines.append(u"Channel %1 (%2): %3; before: %4"_s.arg(channel + 1)
-                     .arg(now.Analog.at(place).EngUnits, ScaleText(now.Analog.at(place)),
-                          ScaleText(old.Analog.at(place))));
+                     .arg(now.Analog.at(place).EngUnits, ScaleText(now.Analog.at(place)), was));
   }
   if (lines.isEmpty()) return std::nullopt;
   return LogbookEntry{.Kind = EventKind::Calibrated,

@@ -1,6 +1,7 @@
 #include "setup/Programming.h"
 
 #include <array>
+#include <utility>
 
 #include "base/Fault.h"
 
@@ -45,6 +46,11 @@ Programming::Programming(LoggerCommands& commands, LinkState& link, LoggerSettin
                          LiveDisplay& display)
     : commands_(commands), link_(link), settings_(settings), display_(display) {}
 
+void Programming::BeginSession() {
+  hasReadAll_ = false;
+  asRead_ = {.Analog = link_.AnalogChannelCount, .Pulse = link_.PulseChannelCount};
+}
+
 bool Programming::ProgramConfiguration() {
   const ProgrammingScope whole(*this);
   return Trapped(link_, [this] {
@@ -57,10 +63,13 @@ bool Programming::ProgramConfiguration() {
 
 bool Programming::ProgramImage(const ConfigImage& image) {
   return Trapped(link_, [&] {
+    asRead_.Settings.reset();
     for (const MemoryBlock& block : kWriteBlocks) {
       if (!WriteBlock(commands_, image, block)) return false;
     }
-    return ReadImage() == image;
+    if (ReadImage() != image) return false;
+    asRead_.Name = OwnSettings(image).LoggerName;
+    return true;
   });
 }
 
@@ -75,6 +84,7 @@ std::optional<ConfigImage> Programming::ReadImage() {
 void Programming::RefreshFromLogger() {
   ConfigImage image;
   hasReadAll_ = false;
+  asRead_.Settings.reset();
   if (ReadBlock(commands_, image, kReadBlocks[0]) && ReadBlock(commands_, image, kReadBlocks[1])) {
     if (ReadBlock(commands_, image, kReadBlocks[2])) {
       hasReadAll_ = true;
@@ -83,11 +93,26 @@ void Programming::RefreshFromLogger() {
     }
     // Also after a failed third read, which leaves zeros in the image: the first two blocks count.
     UnpackConfigImage(link_, image, settings_);
+    TakeAsRead(image);
     display_.RefreshMainScreen();
   }
   commands_.GetLoggerStatus();
   display_.UpdateSampleDisplay();
   link_.LoggerTimeText = commands_.GetLoggerTime();
+}
+
+// The name is in the first block.
+void Programming::TakeAsRead(const ConfigImage& image) {
+  LoggerSettings read = OwnSettings(image);
+  asRead_.Name = read.LoggerName;
+  if (hasReadAll_) asRead_.Settings = std::move(read);
+}
+
+// An image file may have left other channels in LinkState.
+LoggerSettings Programming::OwnSettings(const ConfigImage& image) const {
+  LoggerSettings read;
+  UnpackConfigImage(WithOwnChannels(link_, asRead_), image, read);
+  return read;
 }
 
 QString Programming::ReadIdentifier() {

@@ -7,6 +7,7 @@
 #include "link/LinkState.h"
 #include "link/cmd.h"
 #include "measure/LiveDisplay.h"
+#include "settings/LoggerAsRead.h"
 #include "settings/LoggerSettings.h"
 #include "settings/config.h"
 
@@ -17,6 +18,10 @@ class Programming {
  public:
   Programming(LoggerCommands& commands, LinkState& link, LoggerSettings& settings,
               LiveDisplay& display);
+
+  /// Forgets what was read of another logger. To be called when the connection stands, with the
+  /// channels in LinkState that the logger has told.
+  void BeginSession();
 
   /// Writes the packed settings and reads them back.
   /// @return true only when all blocks worked and all 315 bytes compared equal.
@@ -33,6 +38,9 @@ class Programming {
   void RefreshFromLogger();
   /// True when the last RefreshFromLogger read the whole configuration.
   bool HasReadAll() const { return hasReadAll_; }
+  /// What the connected logger is known to be and to have. Its settings are unknown from the moment
+  /// in which new ones are sent until they are read again.
+  const LoggerAsRead& AsRead() const { return asRead_; }
 
   /// The 8 characters at logger address 0; empty when the read failed.
   QString ReadIdentifier();
@@ -47,11 +55,15 @@ class Programming {
  private:
   friend class ProgrammingScope;
 
+  void TakeAsRead(const ConfigImage& image);
+  LoggerSettings OwnSettings(const ConfigImage& image) const;
+
   LoggerCommands& commands_;
   LinkState& link_;
   LoggerSettings& settings_;
   LiveDisplay& display_;
   bool hasReadAll_ = false;
+  LoggerAsRead asRead_;
   int holds_ = 0;
 };
 

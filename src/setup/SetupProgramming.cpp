@@ -26,6 +26,7 @@ SetupProgramming::SetupProgramming(LoggerCommands& commands, Programming& progra
 void SetupProgramming::TakeBaselines() {
   fileBaseline_ = Packed();
   loggerBaseline_ = fileBaseline_;
+  baselineIsLoggers_ = programming_.AsRead().Settings.has_value();
 }
 
 void SetupProgramming::TakeFileBaseline() {
@@ -77,14 +78,18 @@ bool SetupProgramming::ConfirmAndProgram() {
 }
 
 void SetupProgramming::TakeLoggerBaseline() {
-  const ConfigImage before = std::exchange(loggerBaseline_, Packed());
+  ConfigImage before = std::exchange(loggerBaseline_, Packed());
+  if (!std::exchange(baselineIsLoggers_, true)) before.clear();
   if (screen_.Programmed) screen_.Programmed(before, loggerBaseline_);
 }
 
 bool SetupProgramming::WriteAndCommit() {
   // As one: the image that stands in the logger counts only once it is committed.
   const ProgrammingScope whole(programming_);
-  return programming_.ProgramConfiguration() && commands_.CommitConfiguration();
+  const bool wasLoggers = std::exchange(baselineIsLoggers_, false);
+  if (!programming_.ProgramConfiguration() || !commands_.CommitConfiguration()) return false;
+  baselineIsLoggers_ = wasLoggers;
+  return true;
 }
 
 bool SetupProgramming::OfferSaveIfChanged() {

@@ -25,7 +25,8 @@ struct SetupScreenPort {
   std::function<void(bool)> SetCancelEnabled;
   std::function<void()> FocusCancel;
   std::function<void(bool)> SetWaitCursor;
-  /// Told after each success: what the logger held before, and what it holds now.
+  /// Told after each success: what the logger held before, empty where that could not be read, and
+  /// what it holds now.
   std::function<void(const ConfigImage& before, const ConfigImage& after)> Programmed = {};
 };
 
@@ -76,6 +77,7 @@ class SetupProgramming {
 
   ConfigImage fileBaseline_;
   ConfigImage loggerBaseline_;
+  bool baselineIsLoggers_ = false;  ///< Read from the logger, or written and read back.
   ConfigImage currentImage_;
 };
 

@@ -97,6 +97,21 @@ TEST_F(ExportSourceTest, AnUploadHasItsOwnRecordsAndWhatIsSaidOfThem) {
   EXPECT_THROW(SourceOfUpload(store_, 99), RangeFault);
 }
 
+TEST_F(ExportSourceTest, AnUploadWhoseSettingsNobodyKnowsHasTimesAlone) {
+  AddUpload(store_, well_, Hour(12), {10});
+  const qint64 unknown = AddUpload(store_, well_, Hour(13), {10, 42});
+  store_.Run(u"UPDATE upload SET settings = NULL WHERE id = ?"_s, {unknown});
+  EXPECT_EQ(Analysis(SourceOfUpload(store_, unknown)),
+            "logger_time,corrected_time,disagreement\r\n"
+            "2026-03-03T12:00:10,,0\r\n2026-03-03T12:00:42,2026-03-03T12:00:30Z,0\r\n");
+  EXPECT_EQ(Written(SourceOfUpload(store_, unknown), ExportKind::ViewerCsv),
+            ",3/3/2026,8:00:00 PM\r\nDate, Time\r\n3/3/26, 12:00:10\r\n3/3/26, 12:00:42\r\n");
+  EXPECT_TRUE(
+      Dumped(Written(SourceOfUpload(store_, unknown), ExportKind::NetCdf), {u"-v"_s, u"time"_s})
+          .contains(u" time = 1772539210, 1772539242 ;"_s));
+  EXPECT_EQ(SourceOfSeries(store_, well_).Count, 1);
+}
+
 TEST_F(ExportSourceTest, TheCorrectedTimeOfAnUploadLiesBetweenTheReadingsOfAll) {
   // 12 s fast at noon and at one: what the logger calls 12:00:42 was half past twelve seconds.
   AddUpload(store_, well_, Hour(12), {10});

@@ -116,6 +116,13 @@ TEST_F(SeriesSets, LeavesLiveSamplesAndTheBinOut) {
   EXPECT_THAT(Whole().Times, ElementsAre(kNoon + 1000));
 }
 
+TEST_F(SeriesSets, LeavesUploadsOutWhoseSettingsNobodyKnows) {
+  Add(Hour(13), {1000});
+  const qint64 unknown = Add(Hour(14), {1000, 1100});
+  store_.Run(u"UPDATE upload SET settings = NULL WHERE id = ?"_s, {unknown});
+  EXPECT_THAT(Whole().Times, ElementsAre(kNoon + 1000));
+}
+
 TEST_F(SeriesSets, JudgesEachUploadByItsOwnIntervalAndSeesTheSeam) {
   Add(Hour(13), {1000, 1002});
   Add(Hour(14), {1200, 1260}, {.Interval = u"1 minutes"_s});

@@ -238,6 +238,25 @@ TEST_F(ArchiveWindow, EnterOpensTheRowOfTheLoggerThatTheFocusIsOn) {
   EXPECT_EQ(shown_, u"Well 7 4"_s);
 }
 
+TEST_F(ArchiveWindow, AnUploadWhoseSettingsNobodyKnowsIsToldAndShownAsTimes) {
+  Fill();
+  store_.Run(u"UPDATE upload SET settings = NULL"_s);
+  int channels = -1;
+  showPlot_ = [&](const SeriesSet& set, QWidget*) {
+    channels = static_cast<int>(set.Channels.size());
+  };
+  Open();
+  ChooseLogger(1);
+  Uploads()->selectRow(0);
+  Press(u"cmdPlot"_s);
+  EXPECT_EQ(channels, 0);
+  ASSERT_EQ(messages_.All.size(), 1U);
+  EXPECT_EQ(messages_.All[0].Prompt,
+            u"The logger's settings could not be read before these records were taken, so that "
+            "nobody can tell what their numbers mean. Their times are shown; the archive keeps the "
+            "numbers as they came."_s);
+}
+
 TEST_F(ArchiveWindow, ASeriesWithoutRecordsIsTold) {
   Fill();
   store_.Run(u"UPDATE upload SET kind = 'live'"_s);

@@ -29,13 +29,15 @@ class LoopClock final : public Clock {
 };
 
 struct ProgramOutside : CoreOutside {
-  ProgramOutside(const QString& archive, std::int32_t room)
+  ProgramOutside(const QString& archive, std::int32_t room,
+                 std::function<const LoggerAsRead&()> asRead)
       : History(room),
         Keeper(archive, {.Link = Link,
                          .Settings = Settings,
                          .Time = Time,
                          .Source = [] { return QStringLiteral("COM1"); },
-                         .Program = QStringLiteral("proof")}) {}
+                         .Program = QStringLiteral("proof"),
+                         .AsRead = std::move(asRead)}) {}
 
   LoopClock Time{Loop};
   HistoryBuffer History;
@@ -48,7 +50,8 @@ class ProgramCore : public ProgramOutside, public JoinedCore {
  public:
   /// @param archive  the file. @param room  records that an upload may have.
   explicit ProgramCore(const QString& archive, std::int32_t room = 5000)
-      : ProgramOutside(archive, room),
+      : ProgramOutside(archive, room,
+                       [this]() -> const LoggerAsRead& { return Configuration.AsRead(); }),
         JoinedCore(*this, Time, Keeper,
                    [this] {
                      Dialog.Run({byModem_, QStringLiteral("COM1"), QStringLiteral("9600")});

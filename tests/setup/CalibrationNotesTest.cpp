@@ -57,6 +57,19 @@ TEST_F(CalibrationNotesTest, TellBothPointsAndBothScales) {
   EXPECT_EQ(entry->After.size(), 315);
 }
 
+TEST_F(CalibrationNotesTest, MakeNoScaleOfSettingsThatWereNotRead) {
+  Calibrate(2, {u"12.5"_s, u"60123"_s, u"0.5"_s, u"345"_s});
+  Before.clear();
+  const std::optional<LogbookEntry> entry = Take();
+  ASSERT_TRUE(entry.has_value());
+  EXPECT_EQ(entry->Text, u"Channel 3 (%): 0.5 at 345, 12.5 at 60123; before: unknown"_s);
+  EXPECT_EQ(entry->Before, QByteArray());
+  const LogbookEntry programmed = ProgrammedEntry(Before, Image());
+  EXPECT_EQ(programmed.Text, u"the settings before could not be read"_s);
+  EXPECT_EQ(programmed.Before, QByteArray());
+  EXPECT_EQ(programmed.After, Bytes(Image()));
+}
+
 TEST_F(CalibrationNotesTest, TellEveryChannelOnceInItsOrder) {
   Calibrate(7, {u"24"_s, u"62000"_s, u"0"_s, u"0"_s});
   Calibrate(2, {u"1"_s, u"1000"_s, u"0"_s, u"0"_s});

@@ -57,6 +57,8 @@ class SetupProgrammingTest : public testing::Test {
   bool cancelHasFocus_ = false;
   bool waitCursor_ = false;
   int waitCursorShown_ = 0;
+  std::vector<std::size_t> before_;  ///< Sizes of the images that were told of.
+  std::vector<std::size_t> after_;
 
   SetupProgramming setup_{
       rig_.Commands,
@@ -85,6 +87,11 @@ class SetupProgrammingTest : public testing::Test {
                           [this](bool on) {
                             waitCursor_ = on;
                             if (on) ++waitCursorShown_;
+                          },
+                      .Programmed =
+                          [this](const ConfigImage& before, const ConfigImage& after) {
+                            before_.push_back(before.size());
+                            after_.push_back(after.size());
                           }}};
 };
 
@@ -213,6 +220,34 @@ TEST_F(SetupProgrammingTest, ARefusedCommitIsReportedAndTheClosingQuestionComesA
   Answer({kNo, kNo});
   EXPECT_TRUE(setup_.MayClose());
   EXPECT_EQ(Asked(), (std::vector{kAskSave, kAskProgramChanged}));
+}
+
+TEST_F(SetupProgrammingTest, TellsWhatTheLoggerHeldBeforeOnlyWhereItWasRead) {
+  name_ = u"Weir"_s;
+  Answer({kYes});
+  setup_.ProgramSettings();
+  rig_.Logger.AddFault(sim::FailureMode::Silent);
+  rig_.Programmer.RefreshFromLogger();
+  rig_.Logger.ClearFaults();
+  setup_.TakeBaselines();
+  Answer({kYes, kYes});
+  name_ = u"Mill"_s;
+  setup_.ProgramSettings();
+  name_ = u"Pond"_s;
+  setup_.ProgramSettings();
+  EXPECT_EQ(before_, (std::vector<std::size_t>{315, 0, 315}));
+  EXPECT_EQ(after_, (std::vector<std::size_t>{315, 315, 315}));
+}
+
+TEST_F(SetupProgrammingTest, NobodyKnowsWhatARefusedProgrammingLeft) {
+  rig_.Logger.AddFault(sim::FailureMode::CommitRefused);
+  name_ = u"Weir"_s;
+  Answer({kYes, kOk});
+  setup_.ProgramSettings();
+  rig_.Logger.ClearFaults();
+  Answer({kYes});
+  setup_.ProgramSettings();
+  EXPECT_EQ(before_, std::vector<std::size_t>{0});
 }
 
 TEST_F(SetupProgrammingTest, NothingThatWasNotVerifiedCountsAsProgrammed) {
