@@ -48,7 +48,9 @@ Programming::Programming(LoggerCommands& commands, LinkState& link, LoggerSettin
 
 void Programming::BeginSession() {
   hasReadAll_ = false;
-  asRead_ = {.Analog = link_.AnalogChannelCount, .Pulse = link_.PulseChannelCount};
+  asRead_ = {};
+  asRead_.Analog = link_.AnalogChannelCount;
+  asRead_.Pulse = link_.PulseChannelCount;
 }
 
 bool Programming::ProgramConfiguration() {
