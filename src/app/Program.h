@@ -44,6 +44,7 @@
 #include "settings/LoggerSettings.h"
 #include "setup/Programming.h"
 #include "setup/RecentFiles.h"
+#include "ui/FrameKeeper.h"
 #include "ui/FrontKeeper.h"
 #include "ui/HeldKeys.h"
 #include "ui/MessageDialogs.h"
@@ -183,6 +184,7 @@ class Program {
   HeldKeys heldKeys_;
   PromptClicks promptClicks_;
   FrontKeeper frontKeeper_;
+  FrameKeeper frameKeeper_;
   SessionEnd sessionEnd_;
 
   std::optional<JournalTimer> archiveTimer_;

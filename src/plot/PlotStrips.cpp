@@ -278,16 +278,20 @@ QStringList PlotStrips::Units() const {
 }
 
 void PlotStrips::NameGraphs() {
+  // A second line only where the strip is high enough: it would stand in the next one.
+  const int strips = std::max(static_cast<int>(strips_.size()), 1);
+  const int lines = viewport().height() / strips / fontMetrics().lineSpacing();
   for (const Strip& strip : strips_) {
+    const QString behind = lines >= 2 * static_cast<int>(strip.Graphs.size()) ? u"\n"_s : u", "_s;
     for (SeriesGraph* graph : strip.Graphs) {
       const Series& series = data_.Channel(graph->Channel());
       QString name = ChannelName(series);
       if (series.IsCounted()) {
         const Extent extent = data_.ExtentIn(graph->Channel(), view_);
         const QString sum = extent.Any() ? FormatValue(extent.Sum, series.Decimals) : u"---"_s;
-        name += u'\n' + PlotText(PlotTextId::Sum) + u' ' + sum;
+        name += behind + PlotText(PlotTextId::Sum) + u' ' + sum;
       } else if (data_.JoinsAnyDistance()) {
-        name += u'\n' + PlotText(PlotTextId::Joined);
+        name += behind + PlotText(PlotTextId::Joined);
       }
       graph->setName(name);
     }

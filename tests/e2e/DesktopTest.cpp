@@ -41,8 +41,9 @@ QStringList Misfits() {
     const QRect screen = window->screen()->availableGeometry();
     const QRect frame = window->frameGeometry();
     const bool fits = frame.width() <= screen.width() && frame.height() <= screen.height();
-    // Some window managers let the frame itself stand out by its own breadth.
-    if (fits && (!knowsPlaces || screen.contains(window->geometry()))) continue;
+    // Some window managers let the frame stand out by its own breadth, but for the title bar.
+    const bool isIn = screen.contains(window->geometry()) && frame.top() >= screen.top();
+    if (fits && (!knowsPlaces || isIn)) continue;
     found.append(u"%1 of %2 x %3 at %4, %5"_s.arg(window->objectName())
                      .arg(frame.width())
                      .arg(frame.height())

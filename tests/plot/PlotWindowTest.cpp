@@ -143,6 +143,16 @@ TEST_F(PlotWindow, HasAStripForEachUnit) {
   EXPECT_LE(Canvas().ScaleOf(u"mm"_s).lower, 0);
 }
 
+TEST_F(PlotWindow, PutsTheSumBehindTheNameWhereTheStripHasNoRoomForTwoLines) {
+  SeriesSet set = Day();
+  set.Channels[0].Unit = u"Volts"_s;
+  Open(std::move(set));
+  EXPECT_EQ(Canvas().plottable(2)->name(), u"Pulse channel 1 (mm)\nSum 12.00"_s);
+  Canvas().setFixedHeight(3 * Canvas().fontMetrics().lineSpacing());
+  Settle();
+  EXPECT_EQ(Canvas().plottable(2)->name(), u"Pulse channel 1 (mm), Sum 12.00"_s);
+}
+
 TEST_F(PlotWindow, ShowsTheChannelsThatAreTicked) {
   Open(Day());
   auto* list = Find<QListWidget>(u"lstChannels"_s);
