@@ -1,11 +1,8 @@
 #include "archive/RecordMaker.h"
 
-#include <array>
-#include <charconv>
-#include <string_view>
-
 #include "measure/DerivedChannels.h"
 #include "measure/DerivedMethod.h"
+#include "measure/Scaling.h"
 #include "settings/config.h"
 
 namespace tessmar {
@@ -41,37 +38,6 @@ QString QuantityName(ShownQuantity quantity, int channel) {
 
 int PlaceOf(const HistoryColumn& column) {
   return column.Content == Kind::Pulse ? kAnalogChannels + column.Channel : column.Channel;
-}
-
-/// The number of a cell, which is digits with a point and a sign at most; nothing for "---".
-std::optional<double> NumberOf(std::string_view text) {
-  constexpr std::array kPowers{1.0, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6};
-  // So many digits, and each power of ten above, are exact as a double: their quotient is the
-  // double next to the number, as from_chars gives it, in a fraction of the time.
-  constexpr std::size_t kExactDigits = 15;
-  const bool negative = text.starts_with('-');
-  std::int64_t digits = 0;
-  std::size_t decimals = 0;
-  bool behindPoint = false;
-  bool plain = text.size() <= kExactDigits;
-  for (std::size_t i = negative ? 1 : 0; plain && i < text.size(); ++i) {
-    if (text[i] == '.') {
-      plain = !behindPoint;
-      behindPoint = true;
-      continue;
-    }
-    plain = text[i] >= '0' && text[i] <= '9';
-    digits = digits * 10 + (text[i] - '0');
-    if (behindPoint) ++decimals;
-  }
-  if (plain && decimals < kPowers.size()) {
-    const double value = static_cast<double>(digits) / kPowers[decimals];
-    return negative ? -value : value;
-  }
-  double value = 0;
-  const char* const end = text.data() + text.size();
-  if (std::from_chars(text.data(), end, value).ptr != end) return std::nullopt;
-  return value;
 }
 
 void AppendTwoDigits(QString& text, char before, int value) {
@@ -132,9 +98,7 @@ void RecordMaker::Make(std::span<const std::uint8_t> block, int index, RecordRow
 }
 
 std::optional<double> RecordMaker::ShownValue(const LiveSample& record, int channel) const {
-  std::array<char, HistoryTable::kCellSize> text;
-  const int length = table_.WriteCell(text.data(), record, channel);
-  return NumberOf({text.data(), static_cast<std::size_t>(length)});
+  return ShownNumber(table_.CellValue(record, channel), table_.Column(channel).Decimals);
 }
 
 // Only the date is carried over, the time is shown as it is stored: as the table does it.

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstring>
 #include <limits>
+#include <optional>
 #include <string_view>
 
 namespace tessmar {
@@ -85,17 +86,22 @@ int WriteExactly(char* out, double magnitude, int decimals) {
   return static_cast<int>(result.ptr - out);
 }
 
-int WriteMagnitude(char* out, double magnitude, int decimals) {
+// A magnitude rounded to units of 10^-decimals; nothing where that takes more than a product.
+std::optional<std::uint64_t> RoundedUnits(double magnitude, int decimals) {
   const double scaled = magnitude * kPowersOfTen[static_cast<std::size_t>(decimals)];
-  if (scaled < kFastLimit) {
-    const auto below = static_cast<std::uint64_t>(scaled);
-    const double fraction = scaled - static_cast<double>(below);
-    // The product is off by at most half a unit in its last place; farther from the half than that,
-    // the exact product lies on the same side.
-    if (std::abs(fraction - 0.5) > scaled * std::numeric_limits<double>::epsilon())
-      return WriteUnits(out, below + (fraction > 0.5 ? 1 : 0), decimals);
-  }
-  return WriteExactly(out, magnitude, decimals);
+  if (scaled >= kFastLimit) return std::nullopt;
+  const auto below = static_cast<std::uint64_t>(scaled);
+  const double fraction = scaled - static_cast<double>(below);
+  // The product is off by at most half a unit in its last place; farther from the half than that,
+  // the exact product lies on the same side.
+  if (std::abs(fraction - 0.5) <= scaled * std::numeric_limits<double>::epsilon())
+    return std::nullopt;
+  return below + (fraction > 0.5 ? 1 : 0);
+}
+
+int WriteMagnitude(char* out, double magnitude, int decimals) {
+  const std::optional<std::uint64_t> units = RoundedUnits(magnitude, decimals);
+  return units ? WriteUnits(out, *units, decimals) : WriteExactly(out, magnitude, decimals);
 }
 
 // The double nearest to the magnitude rounded to so many places.
@@ -144,6 +150,26 @@ int FormatValueTo(char* out, double value, int decimals) {
   }
   *out = '-';
   return length + 1;
+}
+
+std::optional<double> ShownNumber(double value, int decimals) {
+  if (!std::isfinite(value)) return std::nullopt;
+  const int places = std::clamp(decimals, 0, kMostDecimals);
+  if (decimals <= kMostDecimals) {
+    const std::optional<std::uint64_t> units = RoundedUnits(std::abs(value), places);
+    // The units are below 2^53, and they and the power of ten exact as doubles. So their quotient
+    // is the double nearest to the digits, as from_chars gives it, at a fraction of the cost.
+    if (units) {
+      const double number =
+          static_cast<double>(*units) / kPowersOfTen[static_cast<std::size_t>(places)];
+      return value < 0 && *units != 0 ? -number : number;
+    }
+  }
+  std::array<char, kFormattedValueSize> text;
+  const int length = FormatValueTo(text.data(), value, decimals);
+  double number = 0;
+  std::from_chars(text.data(), text.data() + length, number);
+  return number;
 }
 
 QString FormatValue(double value, int decimals) {

@@ -2,6 +2,7 @@
 
 #include <QString>
 #include <cstdint>
+#include <optional>
 
 #include "settings/LoggerSettings.h"
 
@@ -32,5 +33,9 @@ QString FormatValue(double value, int decimals);
 /// Allocates nothing.
 /// @return the number of characters written.
 int FormatValueTo(char* out, double value, int decimals);
+
+/// The number that FormatValue shows: the double nearest to its digits, never a negative zero.
+/// Nothing for a value that is not finite.
+std::optional<double> ShownNumber(double value, int decimals);
 
 }  // namespace tessmar

@@ -46,6 +46,7 @@ void CheckShown(double value) {
     const std::optional<double> back = LeadingNumber(text);
     Hold(back.has_value(), "a value that is shown is a number");
     Hold(FormatValue(*back, decimals) == text, "a value that is shown shows so again");
+    Hold(ShownNumber(value, decimals) == back, "the number that is shown is the one of its text");
   }
 }
 

@@ -4,8 +4,11 @@
 
 #include <QLocale>
 #include <array>
+#include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
+#include <random>
 #include <string>
 
 namespace tessmar {
@@ -195,6 +198,45 @@ TEST(FormatValue, AgreesWithTheCLibraryForScaledWords) {
             << raw << " * " << unit;
       }
     }
+  }
+}
+
+TEST(ShownNumber, IsTheDoubleNearestToTheDigits) {
+  EXPECT_EQ(ShownNumber(12.8549, 2), 12.85);
+  EXPECT_EQ(ShownNumber(-12.855, 1), -12.9);
+  EXPECT_EQ(ShownNumber(0.125, 2), 0.12);
+  EXPECT_EQ(ShownNumber(-2.5, 0), -2.0);
+  EXPECT_EQ(ShownNumber(0.3000001, 6), 0.3);
+  EXPECT_EQ(ShownNumber(1234.5, -1), 1234.0);
+  EXPECT_EQ(ShownNumber(0.00000249999996, 7), 0.000003);
+  EXPECT_EQ(ShownNumber(999999999999999.9, 0), 1e15);
+  EXPECT_EQ(ShownNumber(-1e22, 0), -1e22);
+}
+
+TEST(ShownNumber, IsNeverANegativeZero) {
+  for (const double value : {-0.0, -0.004, -0.0049}) {
+    EXPECT_EQ(ShownNumber(value, 2), 0.0);
+    EXPECT_FALSE(std::signbit(ShownNumber(value, 2).value_or(-1)));
+  }
+}
+
+TEST(ShownNumber, IsNothingForWhatIsNotANumber) {
+  EXPECT_EQ(ShownNumber(std::numeric_limits<double>::infinity(), 2), std::nullopt);
+  EXPECT_EQ(ShownNumber(std::numeric_limits<double>::quiet_NaN(), 2), std::nullopt);
+}
+
+TEST(ShownNumber, IsWhatTheCLibraryReadsFromTheText) {
+  std::mt19937_64 luck(7);
+  for (int i = 0; i < 300'000; ++i) {
+    const double magnitude = std::pow(10.0, static_cast<int>(luck() % 22) - 6);
+    const double word = static_cast<double>(luck() % 65536) / 65536;
+    // Every fourth lies on a half or next to one.
+    const double value = (i % 4 == 0 ? std::floor(word * 1000) + 0.5 : word) * magnitude *
+                         (luck() % 2 == 0 ? 1 : -1);
+    const int decimals = static_cast<int>(luck() % 9) - 1;
+    EXPECT_EQ(ShownNumber(value, decimals),
+              std::strtod(Formatted(value, decimals).c_str(), nullptr))
+        << value << ' ' << decimals;
   }
 }
 
