@@ -38,7 +38,9 @@ JsonLine& JsonLine::Number(const char* key, qint64 value) {
 JsonLine& JsonLine::Written(const char* key, const QString& number) {
   // Not "$", which a line feed may stand behind.
   static const QRegularExpression form(u"^-?(0|[1-9][0-9]*)(\\.[0-9]+)?\\z"_s);
-  return form.match(number).hasMatch() ? Add(key, number) : Null(key);
+  bool isDouble = false;
+  number.toDouble(&isDouble);
+  return isDouble && form.match(number).hasMatch() ? Add(key, number) : Null(key);
 }
 
 JsonLine& JsonLine::Flag(const char* key, bool value) {

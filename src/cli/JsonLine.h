@@ -10,7 +10,8 @@ class JsonLine {
  public:
   JsonLine& Text(const char* key, const QString& value);
   JsonLine& Number(const char* key, qint64 value);
-  /// A number that is written already, such as "12.50". A text that is none of JSON's gives null.
+  /// A number that is written already, such as "12.50". A text that is none of JSON's gives null,
+  /// and so does a number beyond the largest double.
   JsonLine& Written(const char* key, const QString& number);
   JsonLine& Flag(const char* key, bool value);
   JsonLine& Null(const char* key);

@@ -233,6 +233,17 @@ QByteArray LineOf(const QString& key, const QString& value) {
   return key.toUtf8() + '=' + Escaped(value);
 }
 
+/// A file without the room before its first line and behind its last. What else counts as white
+/// space belongs to a line.
+QByteArray WithoutRoomAround(const QByteArray& bytes) {
+  constexpr QByteArrayView kRoom(" \t\r\n");
+  qsizetype begin = 0;
+  qsizetype end = bytes.size();
+  while (begin < end && kRoom.contains(bytes[begin])) ++begin;
+  while (end > begin && kRoom.contains(bytes[end - 1])) --end;
+  return bytes.sliced(begin, end - begin);
+}
+
 /// Puts the values into a file that has the form.
 QByteArray Merged(const QByteArray& bytes, const QByteArray& section, const IniValues& values) {
   QByteArray result;
@@ -262,8 +273,8 @@ QByteArray Merged(const QByteArray& bytes, const QByteArray& section, const IniV
     while (sectionEnd < result.size() && !IsLineEnd(result[sectionEnd])) ++sectionEnd;
     return result.insert(sectionEnd, added);
   }
-  const bool first = result.trimmed().isEmpty();
-  return (first ? QByteArray() : result.trimmed() + "\n\n") + '[' + section + ']' + added + '\n';
+  const QByteArray others = WithoutRoomAround(result);
+  return (others.isEmpty() ? others : others + "\n\n") + '[' + section + ']' + added + '\n';
 }
 
 }  // namespace

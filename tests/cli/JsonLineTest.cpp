@@ -27,6 +27,13 @@ TEST(JsonLine, GivesNullForWhatIsNoNumber) {
   }
 }
 
+// Readers give up the whole line at a number that is no double.
+TEST(JsonLine, GivesNullForANumberBeyondTheLargest) {
+  JsonLine json;
+  json.Written("a1", QString(309, u'9')).Written("a2", u"-1"_s + QString(308, u'0') + u".5"_s);
+  EXPECT_EQ(json.Line(), u"{\"a1\":null,\"a2\":-1%1.5}"_s.arg(QString(308, u'0')));
+}
+
 TEST(JsonLine, EscapesWhatATextMayHold) {
   JsonLine json;
   json.Text("name", u"a\"b\\c\nd\u00e9\u0001\u007f"_s);

@@ -38,6 +38,15 @@ TEST(IniSection, PutsValuesInAndLeavesEveryOtherLine) {
 }
 
 // Such a mark comes along unseen with what is pasted, at the beginning or behind any other piece.
+// A vertical tab and a form feed are white space elsewhere.
+TEST(IniSection, LeavesWhatStandsAtTheEndOfTheLastLine) {
+  EXPECT_EQ(WithIniSection("[Other]\nkey=1\v", "Configuration", {{u"Port"_s, u"COM9"_s}}),
+            "[Other]\nkey=1\v\n\n[Configuration]\nPort=COM9\n");
+  EXPECT_EQ(
+      WithIniSection("\n[Other]\r\nkey=1 \f \t\r\n\n", "Configuration", {{u"Port"_s, u"COM9"_s}}),
+      "[Other]\r\nkey=1 \f\n\n[Configuration]\nPort=COM9\n");
+}
+
 TEST(IniSection, KeepsAByteOrderMarkInAText) {
   const IniValues values{{u"Number"_s, u"\uFEFF0100"_s}, {u"Path"_s, u"a\n\uFEFFb,\uFEFFc"_s}};
   const QByteArray merged = WithIniSection("[Other]\nPort=x\n", kSection, values);
