@@ -17,7 +17,9 @@ bool FrameKeeper::eventFilter(QObject* watched, QEvent* event) {
   if (dialog == nullptr || !dialog->isWindow()) return false;
   const int top = dialog->screen()->availableGeometry().top();
   const QRect frame = dialog->frameGeometry();
-  if (frame.top() < top) dialog->move(frame.left(), top);
+  // A bar that stands on the screen above can be taken hold of there.
+  const bool isSeen = QGuiApplication::screenAt({frame.center().x(), frame.top()}) != nullptr;
+  if (frame.top() < top && !isSeen) dialog->move(frame.left(), top);
   return false;
 }
 

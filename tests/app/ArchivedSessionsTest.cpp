@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <QSqlQuery>
 #include <QTemporaryDir>
 
 #include "app/AppRig.h"
+#include "archive/ArchiveRig.h"
 #include "archive/Journal.h"
 
 // What is kept of a session belongs to the logger that it was with, whatever the screens hold:
@@ -76,20 +76,7 @@ class ArchivedSessions : public AppRig {
     Link.PulseChannelCount = 1;
   }
 
-  /// Rows of a question, columns joined by "|", NULL as "-".
-  QStringList Rows(const QString& sql) {
-    tessmar::Store file(archive_.Path());
-    file.Open(tessmar::Store::Access::Read);
-    QSqlQuery query = file.Run(sql);
-    QStringList rows;
-    while (query.next()) {
-      QStringList row;
-      for (int i = 0; query.value(i).isValid(); ++i)
-        row.append(query.value(i).isNull() ? u"-"_s : query.value(i).toString());
-      rows.append(row.join(u'|'));
-    }
-    return rows;
-  }
+  QStringList Rows(const QString& sql) { return OtherProgram(archive_.Path()).Rows(sql); }
   /// Of the newest upload: its logger, its settings' name and length, the shape of its records.
   QString Newest() {
     return Rows(
@@ -106,6 +93,13 @@ class ArchivedSessions : public AppRig {
     return Rows(
         u"SELECT DISTINCT hex(raw), a1, a2 FROM record WHERE upload_id ="
         " (SELECT max(id) FROM upload)"_s);
+  }
+  /// Of the pond's logger, with all ten words of a record and the two channels that are on.
+  void ExpectThePondsOwnWords() {
+    EXPECT_EQ(Newest(), u"Pond 7|Pond 7|315|8|2"_s);
+    EXPECT_EQ(NewestChannels().size(), 2);
+    EXPECT_EQ(NewestRecords().value(0).section(u'|', 0, 0),
+              u"0100020003000400050006000700080009000A00"_s);
   }
 
   QTemporaryDir folder_;
@@ -172,10 +166,7 @@ TEST_F(ArchivedSessions, AnImageLendsTheUploadThatFollowsNothing) {
   Meet("Pond 7", "mg/L", kReadsOfAConnection);
   ImportImage();
   Upload();
-  EXPECT_EQ(Newest(), u"Pond 7|Pond 7|315|8|2"_s);
-  EXPECT_EQ(NewestChannels().size(), 2);
-  EXPECT_EQ(NewestRecords().value(0).section(u'|', 0, 0),
-            u"0100020003000400050006000700080009000A00"_s);
+  ExpectThePondsOwnWords();
   EXPECT_EQ(Rows(u"SELECT name FROM event JOIN logger ON logger.id = logger_id"
                  " WHERE kind = 'uploaded'"_s),
             QStringList{u"Pond 7"_s});
@@ -185,10 +176,7 @@ TEST_F(ArchivedSessions, AnImageLendsSamplesNothing) {
   Meet("Pond 7", "mg/L", kReadsOfAConnection);
   ImportImage();
   SampleFor(3);
-  EXPECT_EQ(Newest(), u"Pond 7|Pond 7|315|8|2"_s);
-  EXPECT_EQ(NewestChannels().size(), 2);
-  EXPECT_EQ(NewestRecords().value(0).section(u'|', 0, 0),
-            u"0100020003000400050006000700080009000A00"_s);
+  ExpectThePondsOwnWords();
 }
 
 TEST_F(ArchivedSessions, AReadingAfterAnImageIsByTheLoggersOwnChannels) {

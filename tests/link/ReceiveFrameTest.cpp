@@ -17,6 +17,13 @@ const Bytes kFrame{0xF8, 0x05, 0x01, 0x02, 0x03, 0x10, 0xA1, 0xF9};
 const Bytes kEscapedPayload{0xF8, 0xFF, 0x10};
 const Bytes kEscapedFrame{0xF8, 0x05, 0xFE, 0x00, 0xFF, 0x10, 0xC1, 0xCD, 0xF9};
 
+/// A stream that comes in two pieces: so many bytes 10 ms from now, the rest later.
+void ArriveSplit(LinkBench& bench, const Bytes& stream, std::size_t split, qint64 restAt) {
+  const auto middle = stream.begin() + static_cast<long>(split);
+  bench.Arrive(Bytes(stream.begin(), middle), 10);
+  bench.Arrive(Bytes(middle, stream.end()), restAt);
+}
+
 TEST(ReceiveFrame, TakesAGoodFrame) {
   LinkBench bench;
   bench.Arrive(kFrame, 15);
@@ -63,8 +70,7 @@ TEST(ReceiveFrame, TakesAFrameSplitAtEveryPoint) {
     for (std::size_t split = 0; split <= frame.size(); ++split) {
       SCOPED_TRACE(split);
       LinkBench bench;
-      bench.Arrive(Bytes(frame.begin(), frame.begin() + static_cast<long>(split)), 10);
-      bench.Arrive(Bytes(frame.begin() + static_cast<long>(split), frame.end()), 910);
+      ArriveSplit(bench, frame, split, 910);
       Bytes payload(3);
       EXPECT_TRUE(bench.Channel.ReceiveFrame(payload));
       EXPECT_EQ(payload, expected);
@@ -90,8 +96,7 @@ TEST(ReceiveFrame, SkipsNoiseAheadOfTheStartWhereverTheStreamIsSplit) {
   for (std::size_t split = 6; split <= stream.size(); ++split) {
     SCOPED_TRACE(split);
     LinkBench bench;
-    bench.Arrive(Bytes(stream.begin(), stream.begin() + static_cast<long>(split)), 10);
-    bench.Arrive(Bytes(stream.begin() + static_cast<long>(split), stream.end()), 500);
+    ArriveSplit(bench, stream, split, 500);
     Bytes payload(3);
     EXPECT_TRUE(bench.Channel.ReceiveFrame(payload));
     EXPECT_EQ(payload, kPayload);
@@ -105,8 +110,7 @@ TEST(ReceiveFrame, LeavesWhatFollowsTheFrameInTheQueueWhereverTheStreamIsSplit) 
     for (std::size_t split = 1; split <= stream.size(); ++split) {
       SCOPED_TRACE(split);
       LinkBench bench;
-      bench.Arrive(Bytes(stream.begin(), stream.begin() + static_cast<long>(split)), 10);
-      bench.Arrive(Bytes(stream.begin() + static_cast<long>(split), stream.end()), 500);
+      ArriveSplit(bench, stream, split, 500);
       Bytes payload(3);
       EXPECT_TRUE(bench.Channel.ReceiveFrame(payload));
       EXPECT_EQ(payload, expected);
