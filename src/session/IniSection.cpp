@@ -233,15 +233,12 @@ QByteArray LineOf(const QString& key, const QString& value) {
   return key.toUtf8() + '=' + Escaped(value);
 }
 
-/// A file without the room before its first line and behind its last. What else counts as white
-/// space belongs to a line.
-QByteArray WithoutRoomAround(const QByteArray& bytes) {
+/// A file without the room behind its last line. What else counts as white space belongs to a line.
+QByteArray WithoutRoomAtEnd(const QByteArray& bytes) {
   constexpr QByteArrayView kRoom(" \t\r\n");
-  qsizetype begin = 0;
   qsizetype end = bytes.size();
-  while (begin < end && kRoom.contains(bytes[begin])) ++begin;
-  while (end > begin && kRoom.contains(bytes[end - 1])) --end;
-  return bytes.sliced(begin, end - begin);
+  while (end > 0 && kRoom.contains(bytes[end - 1])) --end;
+  return bytes.first(end);
 }
 
 /// Puts the values into a file that has the form.
@@ -273,7 +270,7 @@ QByteArray Merged(const QByteArray& bytes, const QByteArray& section, const IniV
     while (sectionEnd < result.size() && !IsLineEnd(result[sectionEnd])) ++sectionEnd;
     return result.insert(sectionEnd, added);
   }
-  const QByteArray others = WithoutRoomAround(result);
+  const QByteArray others = WithoutRoomAtEnd(result);
   return (others.isEmpty() ? others : others + "\n\n") + '[' + section + ']' + added + '\n';
 }
 

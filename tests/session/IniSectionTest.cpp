@@ -44,7 +44,17 @@ TEST(IniSection, LeavesWhatStandsAtTheEndOfTheLastLine) {
             "[Other]\nkey=1\v\n\n[Configuration]\nPort=COM9\n");
   EXPECT_EQ(
       WithIniSection("\n[Other]\r\nkey=1 \f \t\r\n\n", "Configuration", {{u"Port"_s, u"COM9"_s}}),
-      "[Other]\r\nkey=1 \f\n\n[Configuration]\nPort=COM9\n");
+      "\n[Other]\r\nkey=1 \f\n\n[Configuration]\nPort=COM9\n");
+}
+
+// At the beginning of the file it would be none of the line's characters.
+TEST(IniSection, LeavesAByteOrderMarkBehindAnEmptyLineWhereItIs) {
+  const QByteArray file("\n\xEF\xBB\xBF[Configuration]\nDirectPort=COM3\n");
+  const IniValues values{{u"DirectPort"_s, u"COM7"_s}};
+  const QByteArray once = WithIniSection(file, "Configuration", values);
+  EXPECT_TRUE(once.startsWith(file)) << once.constData();
+  EXPECT_EQ(ReadIniSection(once, "Configuration"), values);
+  EXPECT_EQ(WithIniSection(once, "Configuration", values), once);
 }
 
 TEST(IniSection, KeepsAByteOrderMarkInAText) {
