@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <ctime>
+#include <utility>
 
 namespace tessmar::bench {
 namespace {
@@ -27,8 +28,12 @@ void Print(const Figure& figure) {
 
 void PrintComparison(const QString& what, double result, const QString& unit, const QString& peer,
                      double peerResult) {
-  PrintRow(what, result, unit, u"%1 %2"_s.arg(peer).arg(peerResult, 0, 'f', 3),
-           result / peerResult);
+  PrintComparison(what, result, unit, peer, peerResult, result / peerResult);
+}
+
+void PrintComparison(const QString& what, double result, const QString& unit, const QString& peer,
+                     double peerResult, double ratio) {
+  PrintRow(what, result, unit, u"%1 %2"_s.arg(peer).arg(peerResult, 0, 'f', 3), ratio);
 }
 
 void PrintNote(const QString& text) {
@@ -41,6 +46,13 @@ double Median(std::vector<double> results) {
   const auto middle = results.begin() + static_cast<std::ptrdiff_t>(results.size() / 2);
   std::nth_element(results.begin(), middle, results.end());
   return *middle;
+}
+
+double MedianRatio(const std::vector<double>& results, const std::vector<double>& peers) {
+  std::vector<double> ratios;
+  for (std::size_t turn = 0; turn < results.size(); ++turn)
+    ratios.push_back(results[turn] / peers[turn]);
+  return Median(std::move(ratios));
 }
 
 double ProcessorSeconds() {

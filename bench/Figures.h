@@ -24,11 +24,19 @@ void Print(const Figure& figure);
 void PrintComparison(const QString& what, double result, const QString& unit, const QString& peer,
                      double peerResult);
 
+/// The same with a ratio of its own, such as the middle one of those of several turns.
+void PrintComparison(const QString& what, double result, const QString& unit, const QString& peer,
+                     double peerResult, double ratio);
+
 /// Prints a remark between the rows.
 void PrintNote(const QString& text);
 
 /// The middle one of some results; 0 of none.
 double Median(std::vector<double> results);
+
+/// The middle one of the ratios of results that were taken in turns: what disturbs the machine for
+/// longer than a turn disturbs both. As many peers as results.
+double MedianRatio(const std::vector<double>& results, const std::vector<double>& peers);
 
 /// Processor time that this process has spent so far, in seconds.
 double ProcessorSeconds();
