@@ -285,11 +285,12 @@ void frmPlot::ShowStatistics() {
 
 // The numbers share what the names leave.
 void frmPlot::ShowChannelNamesWhole(int column) {
-  int width = 0;
-  for (const Series& series : data_.Set().Channels)
-    width = std::max(width, fontMetrics().horizontalAdvance(ChannelName(series)));
-  width = std::min(width + fontMetrics().height(), tblStatistics_->width() / 3);
   QHeaderView& header = *tblStatistics_->horizontalHeader();
+  int width = header.sectionSizeHint(column);
+  for (const Series& series : data_.Set().Channels)
+    width = std::max(width,
+                     fontMetrics().horizontalAdvance(ChannelName(series)) + fontMetrics().height());
+  width = std::min(width, tblStatistics_->width() / 3);
   if (header.sectionResizeMode(column) == QHeaderView::Fixed && header.sectionSize(column) == width)
     return;
   header.setSectionResizeMode(QHeaderView::Stretch);

@@ -420,6 +420,20 @@ TEST_F(PlotWindow, ShowsTheNamesOfTheChannelsWhole) {
   EXPECT_LE(table->horizontalHeader()->length(), table->viewport()->width());
 }
 
+TEST_F(PlotWindow, ShowsTheHeadingsWholeWhereThereIsNoChannel) {
+  for (const std::int16_t language : {kLanguageEnglish, kLanguageGerman}) {
+    SetTextLanguage(language);
+    Open(SeriesSet{});
+    const auto* table = Find<QTableView>(u"tblStatistics"_s);
+    const auto* header = table->horizontalHeader();
+    for (int column = 0; column < header->count(); ++column)
+      EXPECT_GT(header->sectionSize(column),
+                header->fontMetrics().horizontalAdvance(
+                    table->model()->headerData(column, Qt::Horizontal).toString()))
+          << column;
+  }
+}
+
 // The screen of the tests has 800 pixels, and a window's frame takes some.
 TEST_F(PlotWindow, IsNoWiderThanASmallScreenInBothLanguages) {
   for (const std::int16_t language : {kLanguageEnglish, kLanguageGerman}) {
