@@ -25,11 +25,27 @@ Deed LeaveSome(const Windows& reach, Random& random) {
   return Leave(*window, random);
 }
 
+/// What alone takes clicks and keys, where there is such.
+QWidget* Front() {
+  if (QWidget* popup = QApplication::activePopupWidget()) return popup;
+  return QApplication::activeModalWidget();
+}
+
+/// The same deed, left undone when another window has come to the front since: nobody's hand gets
+/// through to one below, while a call of click() would.
+Deed WhileInFront(const Deed& deed) {
+  if (!deed.Do) return deed;
+  return {deed.Told,
+          [act = deed.Do, front = QPointer<QWidget>(Front())] {
+            if (Front() == front) act();
+          },
+          deed.WaitMs};
+}
+
 }  // namespace
 
 QList<QWidget*> Hand::Reach() {
-  if (QWidget* popup = QApplication::activePopupWidget()) return {popup};
-  if (QWidget* modal = QApplication::activeModalWidget()) return {modal};
+  if (QWidget* front = Front()) return {front};
   QList<QWidget*> windows;
   for (QWidget* widget : QApplication::topLevelWidgets()) {
     const bool isWindow = widget->windowType() == Qt::Window || widget->windowType() == Qt::Dialog;
@@ -42,7 +58,8 @@ QList<QWidget*> Hand::Reach() {
 }
 
 Deed Hand::Anything(Random& random) {
-  if (QWidget* popup = QApplication::activePopupWidget()) return WorkPopup(*popup, random);
+  if (QWidget* popup = QApplication::activePopupWidget())
+    return WhileInFront(WorkPopup(*popup, random));
   using Chooser = Deed (*)(const Windows& reach, Random& random);
   struct Row {
     int Weight;
@@ -58,10 +75,10 @@ Deed Hand::Anything(Random& random) {
   for (const Row& row : kRows) {
     place -= row.Weight;
     if (place >= 0) continue;
-    Deed deed = row.Choose(reach, random);
-    return deed.Do ? deed : PressKey(reach, random);
+    const Deed deed = row.Choose(reach, random);
+    return WhileInFront(deed.Do ? deed : PressKey(reach, random));
   }
-  return PressKey(reach, random);
+  return WhileInFront(PressKey(reach, random));
 }
 
 Deed Hand::WayOut(Random& random) {
@@ -76,8 +93,8 @@ Deed Hand::WayOut(Random& random) {
     if (widget->objectName() != "frmMain"_L1) window = widget;
   }
   if (window.isNull()) return {};
-  if (window->objectName() == "FMessage"_L1) return ClickButton({window}, random);
-  return Leave(*window, random);
+  if (window->objectName() == "FMessage"_L1) return WhileInFront(ClickButton({window}, random));
+  return WhileInFront(Leave(*window, random));
 }
 
 }  // namespace tessmar::test
