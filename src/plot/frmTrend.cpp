@@ -34,8 +34,9 @@ frmTrend::frmTrend(LiveTrend& trend, const PlotParts& parts, QWidget* parent)
 
 void frmTrend::TakeSample() {
   if (trend_.Take(Parts().Time.Now())) {
-    Canvas().ForgetCursor();
+    // Ahead of all else: what is asked of the canvas would look for the channels of before.
     Canvas().ChannelsChanged();
+    Canvas().ForgetCursor();
     FillChannels();
     following_ = true;
   }

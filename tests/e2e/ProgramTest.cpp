@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <QAbstractItemView>
 #include <QLabel>
 
 #include "e2e/Desk.h"
@@ -35,6 +36,34 @@ TEST(FirstUse, ShowsLiveReadingsThatMove) {
     Robot::WaitFor(u"the buttons to come back"_s, [] {
       return qobject_cast<QWidget*>(Robot::Control(u"frmMain"_s, u"cmdSetup"_s))->isEnabled();
     });
+  });
+  EXPECT_EQ(trouble, QString());
+}
+
+TEST(FirstUse, TheLiveTrendIsThereBeforeTheLogger) {
+  Desk desk;
+  const QString trouble = desk.Work([&] {
+    Robot::WaitForForm(u"frmConnect"_s);
+    Robot::Click(u"frmConnect"_s, u"cmdCancel"_s);
+    Robot::WaitForNoForm(u"frmConnect"_s);
+    Robot::Trigger(u"frmMain"_s, u"mnuTrend"_s);
+    Robot::WaitForForm(u"frmPlot"_s);
+    Robot::Click(u"frmMain"_s, u"cmdConnect"_s);
+    Robot::WaitForForm(u"frmConnect"_s);
+    desk.Connect();
+    Robot::Click(u"frmMain"_s, u"chkSampleContinuously"_s);
+    Robot::WaitForText(u"frmPlot"_s, u"lblLink"_s, u"Following the readings"_s);
+    Robot::WaitFor(u"channels in the trend"_s, [] {
+      const auto* list =
+          qobject_cast<QAbstractItemView*>(Robot::Control(u"frmPlot"_s, u"lstChannels"_s));
+      return list->model()->rowCount() > 0;
+    });
+    Robot::Click(u"frmMain"_s, u"chkSampleContinuously"_s);
+    Robot::WaitFor(u"the buttons to come back"_s, [] {
+      return qobject_cast<QWidget*>(Robot::Control(u"frmMain"_s, u"cmdSetup"_s))->isEnabled();
+    });
+    Robot::Click(u"frmPlot"_s, u"cmdOK"_s);
+    Robot::WaitForNoForm(u"frmPlot"_s);
   });
   EXPECT_EQ(trouble, QString());
 }

@@ -25,6 +25,11 @@ class TrendWindow : public testing::Test {
     display_.SamplePushed = [this] {
       if (window_) window_->TakeSample();
     };
+    Open();
+  }
+
+  void Open() {
+    window_.reset();
     trend_.emplace(rig_.Link, rig_.Settings, display_);
     window_.emplace(*trend_, PlotParts{.Message = messages_,
                                        .Dialogs = dialogs_,
@@ -34,7 +39,6 @@ class TrendWindow : public testing::Test {
                                        .Program = {},
                                        .AppPath = {}});
   }
-
   void Push(int second) {
     LiveSample sample;
     sample.HasTime = true;
@@ -101,6 +105,34 @@ TEST_F(TrendWindow, BeginsAnewWithOtherChannels) {
   Push(2);
   EXPECT_EQ(window_->findChild<QListWidget*>(u"lstChannels"_s)->count(), 2);
   EXPECT_EQ(Canvas().Units(), (QStringList{u"mg/L"_s, u"%"_s}));
+}
+
+// As it is opened before a logger is connected.
+TEST_F(TrendWindow, BeginsWithTheFirstReadingWhereThereWasNoChannel) {
+  rig_.Settings.Analog[0].Enable = 0;
+  Open();
+  ASSERT_EQ(trend_->Data().ChannelCount(), 0);
+  window_->show();
+  rig_.EnableAnalog(0, u"mg/L"_s);
+  display_.RefreshMainScreen();
+  Push(1);
+  EXPECT_EQ(Canvas().Units(), (QStringList{u"mg/L"_s}));
+  EXPECT_EQ(window_->findChild<QListWidget*>(u"lstChannels"_s)->count(), 1);
+}
+
+TEST_F(TrendWindow, LetsGoOfTheCursorWithTheChannelsThatWentAway) {
+  rig_.EnableAnalog(1, u"%"_s);
+  display_.RefreshMainScreen();
+  Push(1);
+  window_->show();
+  Canvas().SetCursor(0);
+  rig_.Settings.Analog[0].Enable = 0;
+  rig_.Settings.Analog[1].Enable = 0;
+  display_.RefreshMainScreen();
+  Push(2);
+  EXPECT_FALSE(Canvas().CursorRecord());
+  EXPECT_EQ(window_->findChild<QLabel*>(u"lblCursor"_s)->text(), QString());
+  EXPECT_EQ(Canvas().Units(), QStringList());
 }
 
 }  // namespace
