@@ -8,6 +8,8 @@
 #include <QFileDialog>
 #include <QLineEdit>
 #include <QPointer>
+#include <QTabBar>
+#include <QTabWidget>
 #include <QTableView>
 #include <QTest>
 #include <QTreeView>
@@ -122,6 +124,28 @@ Deed Export(QWidget& window, Random& random) {
           }};
 }
 
+/// Turns to the page of a channel and begins its calibration, to which luck alone hardly ever
+/// comes.
+Deed Calibrate(QWidget& setup, Random& random) {
+  QList<QAbstractButton*> buttons;
+  for (QAbstractButton* button : setup.findChildren<QAbstractButton*>()) {
+    if (button->objectName().startsWith("cmdCalibrate("_L1) && button->isEnabled())
+      buttons.append(button);
+  }
+  if (buttons.isEmpty()) return {};
+  QPointer<QAbstractButton> button = random.OneOf(buttons);
+  QPointer<QTabWidget> tabs = setup.findChild<QTabWidget*>(u"TabStrip"_s);
+  return {u"calibrates by "_s + NameOf(*button), [button, tabs] {
+            if (button.isNull() || tabs.isNull()) return;
+            for (int page = 0; page < tabs->count(); ++page) {
+              if (tabs->widget(page)->isAncestorOf(button))
+                QTest::mouseClick(tabs->tabBar(), Qt::LeftButton, Qt::NoModifier,
+                                  tabs->tabBar()->tabRect(page).center());
+            }
+            if (!button.isNull() && button->isVisible()) QTest::mouseClick(button, Qt::LeftButton);
+          }};
+}
+
 /// What somebody does who sees how far an export is: cancels, leaves, or waits for it.
 Deed AwaitExport(QWidget& window, Random& random) {
   switch (random.Below(4)) {
@@ -162,6 +186,7 @@ Deed Sensible(const Windows& reach, Random& random) {
   if (random.OneIn(4)) return TriggerEntry(reach, random);
   if (name == "frmMain"_L1) return WorkMainWindow(*window, random);
   if (name == "frmExport"_L1) return AwaitExport(*window, random);
+  if (name == "frmSetup"_L1 && random.OneIn(6)) return Calibrate(*window, random);
   if (name == "frmArchive"_L1 && !random.OneIn(4)) return Export(*window, random);
   return ClickButton(reach, random);
 }
