@@ -137,9 +137,10 @@ void HistoryView::changeEvent(QEvent* event) {
   if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange) SetRowHeight();
 }
 
-// A wheel over the frozen column scrolls the table as one over any other does.
+// A wheel over the frozen column scrolls the table as one over any other does. Not what the toolkit
+// lets the table watch besides: its own scroll bars, to which the viewport hands each wheel on.
 bool HistoryView::eventFilter(QObject* watched, QEvent* event) {
-  if (event->type() == QEvent::Wheel) {
+  if (watched == frozen_->viewport() && event->type() == QEvent::Wheel) {
     QApplication::sendEvent(viewport(), event);
     return true;
   }

@@ -400,6 +400,52 @@ TEST_F(Viewer, TheFirstColumnStaysInViewWhileTheOthersScroll) {
   EXPECT_EQ(frozen->rowHeight(0), List()->rowHeight(0));
 }
 
+TEST_F(Viewer, AWheelScrollsOverEveryPartOfTheTable) {
+  rig_.Link.AnalogChannelCount = 8;
+  for (std::size_t channel = 0; channel < 8; ++channel) rig_.EnableAnalog(channel, u"u"_s);
+  AddRecords(200);
+  frmHistory& viewer = Open();
+  viewer.show();
+  viewer.resize(560, 400);
+  QCoreApplication::processEvents();
+  auto* table = Find<QTableView>(u"lvwHistory"_s);
+  auto* first = Find<QTableView>(u"lvwHistoryFirstColumn"_s);
+  const auto turn = [](QWidget* widget, QPoint angle) {
+    const QPointF place = widget->rect().center();
+    QWheelEvent wheel(place, widget->mapToGlobal(place), {}, angle, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(widget, &wheel);
+  };
+  QScrollBar* const rows = table->verticalScrollBar();
+  QScrollBar* const columns = table->horizontalScrollBar();
+  for (QWidget* part : {table->viewport(), first->viewport(), static_cast<QWidget*>(rows)}) {
+    rows->setValue(0);
+    turn(part, {0, -120});
+    EXPECT_GT(rows->value(), 0) << part->metaObject()->className();
+    turn(part, {0, 120});
+    EXPECT_EQ(rows->value(), 0) << part->metaObject()->className();
+    // At the end already.
+    turn(part, {0, 120});
+    EXPECT_EQ(rows->value(), 0) << part->metaObject()->className();
+    rows->setValue(rows->maximum());
+    turn(part, {0, -120});
+    EXPECT_EQ(rows->value(), rows->maximum()) << part->metaObject()->className();
+  }
+  ASSERT_GT(columns->maximum(), 0);
+  for (QWidget* part : {table->viewport(), first->viewport(), static_cast<QWidget*>(columns)}) {
+    columns->setValue(0);
+    turn(part, {-120, 0});
+    EXPECT_GT(columns->value(), 0) << part->metaObject()->className();
+    turn(part, {120, 0});
+    turn(part, {120, 0});
+    EXPECT_EQ(columns->value(), 0) << part->metaObject()->className();
+  }
+  for (QScrollBar* bar : {first->verticalScrollBar(), first->horizontalScrollBar()}) {
+    turn(bar, {0, -120});
+    turn(bar, {-120, 0});
+  }
+}
+
 TEST_F(Viewer, ACellReachedByTheKeysIsNeverUnderTheFirstColumn) {
   rig_.Link.AnalogChannelCount = 8;
   for (std::size_t channel = 0; channel < 8; ++channel) rig_.EnableAnalog(channel, u"u"_s);
