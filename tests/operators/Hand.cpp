@@ -66,9 +66,9 @@ Deed Hand::Anything(Random& random) {
     Chooser Choose;
   };
   static constexpr Row kRows[] = {
-      {26, Sensible}, {16, ClickButton}, {7, TriggerEntry}, {11, PressKey},
-      {9, TypeText},  {6, ChooseInList}, {6, ClickItem},    {4, TurnPage},
-      {4, MoveMouse}, {2, Resize},       {1, CloseWindow},  {8, LeaveSome},
+      {26, Sensible},  {12, ClickButton}, {7, TriggerEntry}, {9, PressKey},
+      {9, TypeText},   {6, ChooseInList}, {6, ClickItem},    {4, TurnPage},
+      {10, MoveMouse}, {2, Resize},       {1, CloseWindow},  {8, LeaveSome},
   };
   const Windows reach = Reach();
   int place = random.Below(100);
