@@ -37,7 +37,6 @@ TEST(IniSection, PutsValuesInAndLeavesEveryOtherLine) {
             "[Configuration]\nA=\nB=1\n");
 }
 
-// Such a mark comes along unseen with what is pasted, at the beginning or behind any other piece.
 // A vertical tab and a form feed are white space elsewhere.
 TEST(IniSection, LeavesWhatStandsAtTheEndOfTheLastLine) {
   EXPECT_EQ(WithIniSection("[Other]\nkey=1\v", "Configuration", {{u"Port"_s, u"COM9"_s}}),
@@ -57,6 +56,7 @@ TEST(IniSection, LeavesAByteOrderMarkBehindAnEmptyLineWhereItIs) {
   EXPECT_EQ(WithIniSection(once, "Configuration", values), once);
 }
 
+// Such a mark comes along unseen with what is pasted, at the beginning or behind any other piece.
 TEST(IniSection, KeepsAByteOrderMarkInAText) {
   const IniValues values{{u"Number"_s, u"\uFEFF0100"_s}, {u"Path"_s, u"a\n\uFEFFb,\uFEFFc"_s}};
   const QByteArray merged = WithIniSection("[Other]\nPort=x\n", kSection, values);
